@@ -1,0 +1,3 @@
+// placeholder
+#pragma once
+namespace kvx { class EditIndex {}; }

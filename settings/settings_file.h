@@ -1,0 +1,34 @@
+// The settings record on disk: kivra.settings.json, read at start and rewritten whole at each change.
+#pragma once
+
+#include "settings/app_settings.h"
+
+#include <string>
+#include <string_view>
+
+namespace kvx {
+
+/// Result of a save; `message` says what failed and is empty on success.
+struct SettingsSaveResult {
+    bool ok = true;
+    std::u16string message;
+};
+
+/// Full path of the settings file: in the package's LocalState folder (created if missing) when the
+/// program runs packaged, else beside the program. `error` receives the reason when that folder cannot
+/// be made, else it is emptied.
+std::u16string ResolveSettingsPath(std::u16string& error);
+
+/// The file's text for `settings`: UTF-8, lines ending in CR LF.
+std::string WriteSettingsText(const AppSettings& settings);
+
+/// Takes over into `settings` every value found in `text`; what is absent or unusable stays as it was.
+void ReadSettingsText(std::string_view text, AppSettings& settings);
+
+/// Reads the file at `path` into `settings`; a missing or unreadable file changes nothing.
+void LoadSettings(const std::u16string& path, AppSettings& settings);
+
+/// Writes the whole file. Never throws.
+SettingsSaveResult SaveSettings(const std::u16string& path, const AppSettings& settings) noexcept;
+
+} // namespace kvx

@@ -1,0 +1,55 @@
+// Localised texts by key, from one text file per locale beside the program. Owned by the application
+// window and used from the main thread.
+#pragma once
+
+#include "settings/app_settings.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+namespace kvx {
+
+/// Answers the user's locale name; empty optional when the system does not tell.
+using LocaleQuery = std::function<std::optional<std::u16string>()>;
+
+/// Locale of the texts for a language choice: u"en-US" or u"ja-JP". System asks `userLocale` and is
+/// Japanese exactly when the name begins with lower-case "ja".
+std::u16string ResolveLocaleName(UiLanguage language, const LocaleQuery& userLocale);
+
+/// The same rule as a language: English or Japanese, never System.
+UiLanguage ResolveEffectiveLanguage(UiLanguage language, const LocaleQuery& userLocale);
+
+/// Key to text for one locale.
+using StringMap = std::unordered_map<std::string, std::u16string>;
+
+/// Reads the lines of a string file (UTF-8, key=value; '#' starts a comment line; first key wins).
+StringMap ParseStringFile(std::string_view text);
+
+class StringTable {
+public:
+    /// `userLocale` is asked for the System language; by default the operating system answers.
+    explicit StringTable(LocaleQuery userLocale = {});
+
+    /// Folder that holds resources/strings/; normally the program's own.
+    void SetBaseFolder(std::u16string folder);
+
+    void SetLanguage(UiLanguage language) { language_ = language; }
+    UiLanguage Language() const { return language_; }
+
+    /// The text for `key` in the current language, or the key itself when there is none.
+    std::u16string Get(std::string_view key) const;
+
+private:
+    const StringMap& CurrentTable() const;
+
+    LocaleQuery userLocale_;
+    std::u16string baseFolder_;
+    UiLanguage language_ = UiLanguage::System;
+    /// Each locale is loaded once, at first need, and kept even when its file was missing.
+    mutable std::unordered_map<std::u16string, StringMap> tables_;
+};
+
+} // namespace kvx
