@@ -1,10 +1,11 @@
 // The edited document: byte edits laid over an unchanged file until they are saved.
 //
 // Three records keyed by positions in the on-disk file (size S) say what was edited:
-//   Insertions  anchor (0..S) -> bytes that stand before the on-disk byte at the anchor (S: at the end)
-//   Deletions   on-disk positions whose bytes are removed
-//   Overwrites  on-disk position -> replacement byte; never a deleted position, never the file's byte
-// EditIndex holds them in one balanced tree, so that mapping a position and every edit cost O(log n).
+//   Insertions  anchor (0..S) -> bytes that stand before the on-disk byte at the anchor (S: at the
+//   end) Deletions   on-disk positions whose bytes are removed Overwrites  on-disk position ->
+//   replacement byte; never a deleted position, never the file's byte
+// EditIndex holds them in one balanced tree, so that mapping a position and every edit cost O(log
+// n).
 #pragma once
 
 #include "document/edit_index.h"
@@ -23,7 +24,8 @@ public:
     /// `files` must outlive the document.
     explicit EditableDocument(FileLayer& files = SystemFileLayer());
 
-    /// Closes what is open (dropping its edits), then opens `path`; false leaves the document closed.
+    /// Closes what is open (dropping its edits), then opens `path`; false leaves the document
+    /// closed.
     bool Open(const std::u16string& path);
 
     /// Drops all edits and the error text and closes the file.
@@ -39,8 +41,9 @@ public:
     bool IsModified() const override;
     std::uint64_t GetEditedSize() const override;
 
-    /// Writes the edits to the file. True: the file equals the document, no edits are left and the file
-    /// is open again. False: the edits are kept and GetLastErrorText() says why (it may be empty).
+    /// Writes the edits to the file. True: the file equals the document, no edits are left and the
+    /// file is open again. False: the edits are kept and GetLastErrorText() says why (it may be
+    /// empty).
     bool Save(const ProgressCallback& progress = {});
 
     /// Why the last Save failed, for the user; empty after a success.
@@ -50,6 +53,9 @@ public:
     const EditIndex& Edits() const { return edits_; }
 
 private:
+    /// Empties the edit records and drops whatever was remembered of the file's bytes.
+    void ForgetEdits();
+
     FileViewModel file_;
     EditIndex edits_;
     std::u16string lastErrorText_;
