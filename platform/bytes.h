@@ -1,5 +1,6 @@
-// The byte buffer of the whole program: a vector whose growth leaves new bytes unset, because almost
-// every buffer is filled by a file read straight away and clearing it first costs as much as the read.
+// The byte buffer of the whole program: a vector whose growth leaves new bytes unset, because
+// almost every buffer is filled by a file read straight away and clearing it first costs as much as
+// the read.
 #pragma once
 
 #include <cstddef>

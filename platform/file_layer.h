@@ -1,9 +1,10 @@
-// Files as the document needs them. One abstract layer, so that tests can put a fault-injecting or an
-// in-memory layer in place of the system's; `SystemFileLayer()` is the real one (win32/ or posix/).
+// Files as the document needs them. One abstract layer, so that tests can put a fault-injecting or
+// an in-memory layer in place of the system's; `SystemFileLayer()` is the real one (win32/ or
+// posix/).
 //
 // Paths are UTF-16 in the system's own spelling. Error codes are Win32 codes on both systems (the
-// POSIX body translates errno); 0 means that the system gave no reason. Objects may be used from one
-// thread at a time.
+// POSIX body translates errno); 0 means that the system gave no reason. Objects may be used from
+// one thread at a time.
 #pragma once
 
 #include "platform/bytes.h"
@@ -31,8 +32,8 @@ struct FileResult {
     friend bool operator==(const FileResult&, const FileResult&) = default;
 };
 
-/// A file open for reading; other programs may read, write, rename and delete it meanwhile. Closed by
-/// the destructor.
+/// A file open for reading; other programs may read, write, rename and delete it meanwhile. Closed
+/// by the destructor.
 class ReadableFile {
 public:
     virtual ~ReadableFile() = default;
@@ -41,9 +42,9 @@ public:
     virtual std::optional<std::uint64_t> Size() const = 0;
 
     /// One positioned read of at most `target.size()` bytes (less than 4 GiB). Gives the number of
-    /// bytes read, fewer at the end of the file; empty on failure.
-    virtual std::optional<std::size_t> ReadAt(std::uint64_t offset,
-                                              std::span<std::uint8_t> target) const = 0;
+    /// bytes read, fewer (or 0) at the end of the file; empty on failure, reason in `error`.
+    virtual std::optional<std::size_t> ReadAt(std::uint64_t offset, std::span<std::uint8_t> target,
+                                              ErrorCode& error) const = 0;
 };
 
 /// A file open for writing at a current position that starts at 0. Closed by the destructor.
@@ -64,8 +65,8 @@ public:
     /// Waits until the system has put all that was written on the disk.
     virtual FileResult Flush() = 0;
 
-    /// Asks the system to start writing back what was written so far, without waiting: it spreads the
-    /// cost of the final Flush. A hint; does nothing where there is no such call.
+    /// Asks the system to start writing back what was written so far, without waiting: it spreads
+    /// the cost of the final Flush. A hint; does nothing where there is no such call.
     virtual void StartWriteBack() {}
 };
 
@@ -78,8 +79,8 @@ public:
     virtual std::unique_ptr<ReadableFile> OpenForReading(const std::u16string& path,
                                                          ErrorCode& error) = 0;
 
-    /// Opens an existing file for writing; others may only read it meanwhile (on POSIX the sharing is
-    /// not enforced). Null on failure, reason in `error`.
+    /// Opens an existing file for writing; others may only read it meanwhile (on POSIX the sharing
+    /// is not enforced). Null on failure, reason in `error`.
     virtual std::unique_ptr<WritableFile> OpenForWriting(const std::u16string& path,
                                                          ErrorCode& error) = 0;
 
@@ -89,9 +90,8 @@ public:
 
     /// Creates an empty file with a unique name that starts with `prefix` (three characters) in
     /// `folder`, and gives its full path; empty on failure, reason in `error`.
-    virtual std::optional<std::u16string> MakeTempFile(const std::u16string& folder,
-                                                       std::u16string_view prefix,
-                                                       ErrorCode& error) = 0;
+    virtual std::optional<std::u16string>
+    MakeTempFile(const std::u16string& folder, std::u16string_view prefix, ErrorCode& error) = 0;
 
     /// Moves `from` over `to`, replacing it, and waits until the move is on the disk.
     virtual FileResult MoveOver(const std::u16string& from, const std::u16string& to) = 0;

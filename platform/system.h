@@ -13,7 +13,8 @@ std::optional<std::u16string> UserLocaleName();
 /// Full path of the running program's file; empty when the system does not tell.
 std::u16string ProgramPath();
 
-/// Folder of the running program, without a trailing separator; empty when the system does not tell.
+/// Folder of the running program, without a trailing separator; empty when the system does not
+/// tell.
 std::u16string ProgramFolder();
 
 /// The process's current directory; raises std::filesystem::filesystem_error for "current_path()".

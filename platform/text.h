@@ -12,7 +12,8 @@ std::u16string Utf8ToUtf16(std::string_view text);
 /// UTF-16 to UTF-8; each lone surrogate becomes U+FFFD.
 std::string Utf16ToUtf8(std::u16string_view text);
 
-/// Order of two texts without regard to case, as the system compares file names: negative, 0, positive.
+/// Order of two texts without regard to case, as the system compares file names: negative, 0,
+/// positive.
 int CompareIgnoringCase(std::u16string_view left, std::u16string_view right);
 
 } // namespace kvx
