@@ -1,1 +1,50 @@
-// placeholder
+#include "document/file_view_model.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kvx {
+
+bool FileViewModel::Open(const std::u16string& path) {
+    // `path` may be this model's own, which closing clears.
+    std::u16string kept = path;
+    Close();
+    ErrorCode error = 0;
+    std::unique_ptr<ReadableFile> file = files_->OpenForReading(kept, error);
+    if (!file) return false;
+    const std::optional<std::uint64_t> size = file->Size();
+    if (!size) return false;
+    file_ = std::move(file);
+    size_ = *size;
+    path_ = std::move(kept);
+    return true;
+}
+
+void FileViewModel::Close() {
+    file_.reset();
+    size_ = 0;
+    path_.clear();
+}
+
+Bytes FileViewModel::ReadBytes(std::uint64_t offset, std::uint64_t count) const {
+    if (!IsOpen() || offset >= size_) return {};
+    Bytes bytes(static_cast<std::size_t>(std::min(count, size_ - offset)));
+    bytes.resize(ReadInto(offset, bytes));
+    return bytes;
+}
+
+std::size_t FileViewModel::ReadInto(std::uint64_t offset, std::span<std::uint8_t> target) const {
+    ErrorCode ignored = 0;
+    return ReadInto(offset, target, ignored);
+}
+
+std::size_t FileViewModel::ReadInto(std::uint64_t offset, std::span<std::uint8_t> target,
+                                    ErrorCode& error) const {
+    error = 0;
+    if (!IsOpen() || offset >= size_ || target.empty()) return 0;
+    // A file that grew since it was opened is still read as it was.
+    const std::uint64_t count = std::min<std::uint64_t>(target.size(), size_ - offset);
+    return file_->ReadAt(offset, target.first(static_cast<std::size_t>(count)), error).value_or(0);
+}
+
+} // namespace kvx

@@ -1,4 +1,5 @@
-// The one file that the editor has open, read-only and without a cache: every read goes to the file.
+// The one file that the editor has open, read-only and without a cache: every read goes to the
+// file.
 #pragma once
 
 #include "document/read_only_document.h"
@@ -8,8 +9,8 @@
 
 namespace kvx {
 
-/// Starts closed. The size is taken at Open and kept: a file that grows or shrinks behind the editor's
-/// back keeps its size here, and reads past its real end come back short.
+/// Starts closed. The size is taken at Open and kept: a file that grows or shrinks behind the
+/// editor's back keeps its size here, and reads past its real end come back short.
 class FileViewModel final : public IReadOnlyDocument {
 public:
     /// `files` must outlive the model.
@@ -26,8 +27,13 @@ public:
     std::u16string GetPath() const override { return path_; }
     Bytes ReadBytes(std::uint64_t offset, std::uint64_t count) const override;
 
-    /// One positioned read into `target`; gives the bytes read, 0 at the end, when closed, on failure.
+    /// One positioned read into `target`; gives the bytes read, 0 at the end, when closed, on
+    /// failure.
     std::size_t ReadInto(std::uint64_t offset, std::span<std::uint8_t> target) const;
+
+    /// The same, with the reason of a failure in `error`; 0 when nothing failed.
+    std::size_t ReadInto(std::uint64_t offset, std::span<std::uint8_t> target,
+                         ErrorCode& error) const;
 
     FileLayer& Files() const { return *files_; }
 
