@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <string_view>
+#include <system_error>
 
 namespace kvx {
 namespace {
@@ -51,6 +52,13 @@ std::u16string FileNameOf(const std::u16string& path) {
 std::u16string ParentFolder(const std::u16string& path) {
     const std::filesystem::path native = ToNative<std::filesystem::path::string_type>(path);
     return FromNative(native.parent_path().native());
+}
+
+std::u16string NormalizedPath(const std::u16string& path) {
+    const std::filesystem::path given = ToNative<std::filesystem::path::string_type>(path);
+    std::error_code error;
+    const std::filesystem::path canonical = std::filesystem::weakly_canonical(given, error);
+    return FromNative((error ? given.lexically_normal() : canonical).native());
 }
 
 } // namespace kvx

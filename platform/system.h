@@ -39,6 +39,10 @@ std::u16string FileNameOf(const std::u16string& path);
 /// Parent folder of `path` as the file system library gives it; empty when it has none.
 std::u16string ParentFolder(const std::u16string& path);
 
+/// One form for the spellings of a path: the weakly canonical one or, where the file system cannot
+/// tell, the lexically normal one. Letter case stays.
+std::u16string NormalizedPath(const std::u16string& path);
+
 /// True when the program runs under Wine, whose child windows cannot show every kind of Direct2D
 /// target. Always false on POSIX.
 bool RunsUnderWine();
