@@ -4,6 +4,7 @@
 
 #include "hexview/hex_view_state.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -37,6 +38,9 @@ struct RectDip {
     friend bool operator==(const RectDip&, const RectDip&) = default;
 };
 
+/// Width of the outline of a FrameBox, in DIPs.
+inline constexpr float kOutlineWidth = 1.0F;
+
 struct FrameBox {
     RectDip rect;
     ColorRole color = ColorRole::Selection;
@@ -61,17 +65,20 @@ struct FrameTextGroup {
     friend bool operator==(const FrameTextGroup&, const FrameTextGroup&) = default;
 };
 
-/// Drawn in the order of its fields over the theme's background.
+/// Drawn in the order of its fields over the theme's background. Fills are best drawn without
+/// antialiasing: rows seldom end on whole pixels, and two half-covered translucent edges show a
+/// seam.
 struct Frame {
     RectDip contentClip;               ///< of the fills and outlines: the scrolled columns
     std::vector<FrameBox> fills;       ///< selection, overwrite caret, insert bar
-    std::vector<FrameBox> outlines;    ///< 1 DIP stroke
+    std::vector<FrameBox> outlines;    ///< centre line of a stroke of kOutlineWidth
     FrameTextGroup offsets;            ///< one text per character
     FrameTextGroup hex;                ///< one text per byte
     std::vector<FrameTextGroup> cells; ///< one group per row: decoded text
 };
 
-/// Reads and decodes the visible rows of the document (only these) and lays them out.
+/// Reads and decodes the visible rows of the document (only these) and lays them out. Rows end
+/// where the document or what can be read of it ends.
 Frame BuildFrame(const HexViewState& state);
 
 } // namespace kvx

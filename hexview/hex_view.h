@@ -1,5 +1,5 @@
-// The hex view without its window: caret, selection, digit entry, deletion, copy, scrolling, zoom and
-// font over one state record. A window forwards messages to it and draws what BuildFrame says.
+// The hex view without its window: caret, selection, digit entry, deletion, copy, scrolling, zoom
+// and font over one state record. A window forwards messages to it and draws what BuildFrame says.
 #pragma once
 
 #include "hexview/hex_view_host.h"
@@ -14,12 +14,6 @@ namespace kvx {
 
 /// Whether the view dealt with an input or wants the system's default processing for it.
 enum class Handled : bool { No, Yes };
-
-/// A point of the client area in pixels.
-struct PointPx {
-    std::int32_t x = 0;
-    std::int32_t y = 0;
-};
 
 /// Keys that the view knows, as Windows virtual-key codes; any other value may be passed too.
 enum class Key : std::uint32_t {
@@ -50,27 +44,36 @@ enum class ScrollRequest : std::uint32_t {
     Last = 7,
 };
 
-/// Used from the thread of its window. `host` and `measurer` must outlive it.
+/// Used from the thread of its window.
 class HexView {
 public:
+    /// Measures the default font at once. `host` and `measurer` must outlive the view.
     HexView(HexViewHost& host, TextMeasurer& measurer);
 
     const HexViewState& State() const { return state_; }
 
     // Set from outside.
+
+    /// Shows `document` (null: none) from its start, read-only again; `editable` is the same
+    /// object, or null when it cannot be edited. Insert or overwrite mode stays. Neither is owned;
+    /// both must stay valid until the next call.
     void SetDocument(const IReadOnlyDocument* document, IEditableDocument* editable);
-    void SetZoom(float step);
+    void SetZoom(float step); ///< adds `step`, within 0.6 and 2.5
     void ResetZoom();
-    void SetFont(const std::u16string& family, float points, bool bold, bool italic);
+    void SetFont(const std::u16string& family, float points, bool bold, bool italic); ///< 6 to 48
     void SetEncoding(TextEncoding encoding);
     void SetTheme(Theme theme);
     void ToggleEditable();
     void SetDpi(std::uint32_t dpi);                                    ///< 0 counts as 96
     void SetClientSize(std::uint32_t widthPx, std::uint32_t heightPx); ///< pixels
 
-    // Caret, selection, scrolling.
+    // Caret, selection, scrolling. Positions beyond the document are brought to its end.
+
+    /// Also ends the selection, unless the mouse is dragging one.
     void SetCaret(std::uint64_t offset);
     void MoveCaretBy(std::int64_t delta);
+
+    /// Selects from `anchor` to `end`, both included; the caret stays.
     void SetSelection(std::uint64_t anchor, std::uint64_t end);
     void ScrollToRow(std::uint64_t row);
     void EnsureCaretVisible();
@@ -91,9 +94,37 @@ public:
     void OnBlinkTimer();
 
 private:
+    // Shared tails of the operations.
+    void Remeasure();
+    void ShowInNewFont(HexViewNotification notification);
+    void ApplyZoom(float zoom);
+    void UpdateScrollBars();
+    void ScrollTo(std::int64_t scrollX);
+    void ShowChange();
+    void ClearSelection();
+    void ClearNibble();
+    void RestartBlinkTimer();
+    std::uint64_t ThumbRow(std::int32_t trackPosition) const;
+
+    // What keys do.
+    bool MoveWithKey(Key key, bool control);
+    void EndSelection();
+    Handled EditWithKey(Key key);
+    void ToggleInsertMode();
+    bool CanEdit() const;
+    Handled OverwriteDigit(std::uint8_t digit);
+    Handled InsertDigit(std::uint8_t digit);
+    Handled Remove(Key key);
+    Handled RemoveSelection();
+    Handled RemoveAt(std::uint64_t offset);
+    void ShowRemoval(std::uint64_t caret);
+    void CopySelection();
+
     HexViewState state_;
     HexViewHost& host_;
     TextMeasurer& measurer_;
+    bool updatingScrollBars_ = false;
+    bool scrollBarsStale_ = false; ///< the state changed since the host was told of the bars
 };
 
 } // namespace kvx

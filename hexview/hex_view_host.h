@@ -1,5 +1,5 @@
-// What the hex view asks of its window: the only way from the portable view to the system. Tests put a
-// recording host here.
+// What the hex view asks of its window: the only way from the portable view to the system. Tests
+// put a recording host here.
 #pragma once
 
 #include "hexview/notifications.h"
@@ -28,7 +28,8 @@ public:
     /// Tells the parent window: StateChanged and EditRefused are posted, ZoomChanged is sent.
     virtual void NotifyParent(HexViewNotification notification) = 0;
 
-    /// Updates both scroll bars.
+    /// Updates both scroll bars. A bar that comes or goes resizes the client area: calling back
+    /// into HexView::SetClientSize from here is allowed.
     virtual void SetScrollBars(const ScrollBar& vertical, const ScrollBar& horizontal) = 0;
 
     /// Puts text on the clipboard; silently does nothing when that fails.

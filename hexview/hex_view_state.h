@@ -1,7 +1,7 @@
 // All that the hex view knows, in one record: geometry, input and painting are functions of it.
 //
-// Lengths are DIPs (96 to the inch) unless they say pixels. Selection ends are inclusive and may stand
-// in either order.
+// Lengths are DIPs (96 to the inch) unless they say pixels. Selection ends are inclusive and may
+// stand in either order.
 #pragma once
 
 #include "document/read_only_document.h"
@@ -16,11 +16,17 @@ namespace kvx {
 inline constexpr std::uint64_t kBytesPerRow = 16;
 inline constexpr std::uint32_t kDefaultDpi = 96;
 
+/// A point of the client area in pixels.
+struct PointPx {
+    std::int32_t x = 0;
+    std::int32_t y = 0;
+};
+
 enum class InsertMode : std::uint32_t { Overwrite = 0, Insert = 1 };
 
 struct HexViewState {
     const IReadOnlyDocument* document = nullptr;   ///< not owned
-    IEditableDocument* editableDocument = nullptr; ///< the same object, null when it is not editable
+    IEditableDocument* editableDocument = nullptr; ///< the same object; null: not editable
     std::uint64_t topRow = 0;                      ///< row r starts at byte r * 16
     std::int32_t scrollX = 0;                      ///< of the hex and text columns, DIPs
     std::uint64_t caret = 0;                       ///< byte offset
