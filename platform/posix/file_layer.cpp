@@ -160,16 +160,15 @@ public:
     FileResult MoveOver(const std::u16string& from, const std::u16string& to) override {
         const std::string source = Utf16ToUtf8(from);
         const std::string target = Utf16ToUtf8(to);
-        TakeOverPermissions(source, target);
-        if (::rename(source.c_str(), target.c_str()) != 0)
-            return FileResult::Failure(LastErrorCode());
-        // The move has happened, so a folder that cannot be synchronised is no failure of it.
+        // Found out before the move: once that has happened nothing may fail any more.
         ErrorCode ignored = 0;
         const std::u16string parent = ParentFolder(to);
         const UniqueDescriptor folder =
             OpenDescriptor(parent.empty() ? u"." : parent, O_RDONLY | O_DIRECTORY, ignored);
-        if (folder) ::fsync(folder.Get());
-        return FileResult::Success();
+        TakeOverPermissions(source, target);
+        const FileResult moved = Outcome(::rename(source.c_str(), target.c_str()));
+        if (moved && folder) ::fsync(folder.Get());
+        return moved;
     }
 
     FileResult Delete(const std::u16string& path) override {

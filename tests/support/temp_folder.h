@@ -1,0 +1,74 @@
+// A folder of its own for one test, removed with all that is in it.
+#pragma once
+
+#include "platform/bytes.h"
+
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <set>
+#include <string>
+#include <string_view>
+
+namespace kvx {
+
+class TempFolder {
+public:
+    TempFolder() {
+        std::random_device random;
+        do {
+            root_ = std::filesystem::temp_directory_path() / ("kivra-" + std::to_string(random()));
+        } while (!std::filesystem::create_directory(root_));
+    }
+    TempFolder(const TempFolder&) = delete;
+    TempFolder& operator=(const TempFolder&) = delete;
+    ~TempFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(root_, ignored);
+    }
+
+    const std::filesystem::path& Root() const { return root_; }
+
+    /// Full path of `name` in the folder.
+    std::u16string Path(const std::u16string& name) const { return (root_ / name).u16string(); }
+
+    /// Writes a file and gives its path.
+    std::u16string Write(const std::u16string& name, ByteView content) const {
+        std::ofstream out(root_ / name, std::ios::binary);
+        out.write(reinterpret_cast<const char*>(content.data()),
+                  static_cast<std::streamsize>(content.size()));
+        return Path(name);
+    }
+
+    std::u16string Write(const std::u16string& name, std::string_view content) const {
+        return Write(name, {reinterpret_cast<const std::uint8_t*>(content.data()), content.size()});
+    }
+
+    /// Makes a file of `size` bytes, of which only `head` and `tail` (its last bytes) take space.
+    std::u16string WriteSparse(const std::u16string& name, std::uint64_t size,
+                               std::string_view head, std::string_view tail) const {
+        const std::u16string path = Write(name, head);
+        std::filesystem::resize_file(path, size - tail.size());
+        std::ofstream(std::filesystem::path(path), std::ios::binary | std::ios::app) << tail;
+        return path;
+    }
+
+    /// Content of a file; empty when there is none.
+    std::string Read(const std::u16string& name) const {
+        std::ifstream in(root_ / name, std::ios::binary);
+        return {std::istreambuf_iterator<char>(in), {}};
+    }
+
+    /// Names of all that is in the folder.
+    std::set<std::u16string> Names() const {
+        std::set<std::u16string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(root_))
+            names.insert(entry.path().filename().u16string());
+        return names;
+    }
+
+private:
+    std::filesystem::path root_;
+};
+
+} // namespace kvx
