@@ -1,5 +1,6 @@
 #include "platform/text.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -87,6 +88,22 @@ std::u16string Utf8ToUtf16(std::string_view text) {
         const Decoded next = DecodeUtf8(text).value_or(Decoded{kReplacement, 1});
         AppendUtf16(out, next.point);
         text.remove_prefix(next.length);
+    }
+    return out;
+}
+
+std::optional<std::u16string> StrictUtf8ToUtf16(std::string_view text) {
+    std::u16string out;
+    out.reserve(text.size());
+    while (!text.empty()) {
+        const auto ascii = std::ranges::find_if(text, [](char byte) { return (byte & 0x80) != 0; });
+        out.append(text.begin(), ascii);
+        text = {ascii, text.end()};
+        if (text.empty()) break;
+        const std::optional<Decoded> next = DecodeUtf8(text);
+        if (!next) return std::nullopt;
+        AppendUtf16(out, next->point);
+        text.remove_prefix(next->length);
     }
     return out;
 }

@@ -1,0 +1,20 @@
+#include "pattern/entry.h"
+
+#include "pattern/names.h"
+
+namespace kvx {
+
+Outcome<std::size_t> ChooseEntry(const ParseState& state) {
+    using Result = Outcome<std::size_t>;
+    if (!state.entryName) {
+        if (state.structs.size() > 1)
+            return Result::Failure(u"@entry is required when multiple structs are defined.");
+        return Result::Success(0);
+    }
+    const TypeName* name = state.texts->typeNames.Find(NormalizeName(*state.entryName));
+    if (name == nullptr || !name->structIndex)
+        return Result::Failure(u"@entry refers to an undefined struct.");
+    return Result::Success(*name->structIndex);
+}
+
+} // namespace kvx

@@ -1,0 +1,63 @@
+// The working record of reading one pattern file. Made by the loader, filled by the parser, read by
+// resolution and layout; used from one thread.
+#pragma once
+
+#include "pattern/pattern_settings.h"
+#include "pattern/token.h"
+#include "pattern/type_names.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kvx {
+
+/// What all later results point into. Shared by the parse state and the finished pattern file.
+struct PatternTexts {
+    std::u16string source; ///< the decoded file
+    TypeNames typeNames;
+};
+
+/// One member as declared; also the form of a typedef that names no struct.
+struct MemberDecl {
+    std::u16string_view name; ///< as written
+    TypeReference type;
+    std::uint64_t count = 1; ///< elements; 1 for a plain member, 0 for a flexible array
+    bool isFlexibleArray = false;
+    SourcePosition position; ///< of the declaration's first token
+};
+
+struct StructDefinition {
+    std::u16string_view name; ///< the tag as written; empty when there is none
+    std::vector<MemberDecl> members;
+    SourcePosition position; ///< of the keyword `struct`
+};
+
+/// What the file has told so far. `error` holds the first error; nothing is read after it.
+struct ParseState {
+    std::shared_ptr<PatternTexts> texts = std::make_shared<PatternTexts>();
+    std::vector<PatternToken> tokens; ///< ends with the end token
+    std::size_t position = 0;         ///< of the current token, at most the end token's
+    PatternSettings settings;
+    std::optional<std::u16string> entryName; ///< target of `@entry`, "struct X" kept as written
+    std::vector<StructDefinition> structs;   ///< in source order
+    std::u16string error;
+
+    const PatternToken& Current() const { return tokens[position]; }
+    bool AtEnd() const { return Current().kind == TokenKind::End; }
+    void Advance() {
+        if (!AtEnd()) ++position;
+    }
+};
+
+/// Sets the state's error to `message` pointing at `place`; always false.
+bool FailAt(ParseState& state, SourcePosition place, std::u16string_view message);
+
+/// Sets the state's error to `message`; always false.
+bool Fail(ParseState& state, std::u16string message);
+
+} // namespace kvx
