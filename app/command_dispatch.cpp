@@ -1,0 +1,51 @@
+#include "app/command_dispatch.h"
+
+#include "app/commands.h"
+#include "app/file_commands.h"
+#include "app/view_commands.h"
+
+namespace kvx {
+namespace {
+
+// The commands from `first` to `last`; `run` gets the position within them.
+struct CommandRow {
+    Command first;
+    Command last;
+    void (*run)(Shell& shell, std::uint32_t index);
+};
+
+constexpr auto kLastCommand = static_cast<Command>(UINT32_MAX);
+
+constexpr CommandRow kCommands[] = {
+    {Command::Open, Command::Open, [](Shell& shell, std::uint32_t) { OpenWithDialog(shell); }},
+    {Command::Save, Command::Save, [](Shell& shell, std::uint32_t) { SaveFile(shell); }},
+    {Command::Close, Command::Close, [](Shell& shell, std::uint32_t) { CloseFile(shell); }},
+    {Command::ToggleReadOnly, Command::ToggleReadOnly,
+     [](Shell& shell, std::uint32_t) { ToggleReadOnly(shell); }},
+    {Command::ThemeLight, Command::ThemeBlack,
+     [](Shell& shell, std::uint32_t index) { SelectTheme(shell, static_cast<Theme>(index)); }},
+    {Command::ZoomOut, Command::ZoomOut, [](Shell& shell, std::uint32_t) { ZoomOut(shell); }},
+    {Command::ZoomIn, Command::ZoomIn, [](Shell& shell, std::uint32_t) { ZoomIn(shell); }},
+    {Command::ZoomReset, Command::ZoomReset, [](Shell& shell, std::uint32_t) { ResetZoom(shell); }},
+    {Command::Exit, Command::Exit, [](Shell& shell, std::uint32_t) { Exit(shell); }},
+    {Command::LanguageSystem, Command::LanguageJapanese,
+     [](Shell& shell, std::uint32_t index) {
+         SelectLanguage(shell, static_cast<UiLanguage>(index));
+     }},
+    {Command::RecentFirst, kLastCommand,
+     [](Shell& shell, std::uint32_t index) { OpenRecentFile(shell, index); }},
+};
+
+} // namespace
+
+bool DispatchCommand(Shell& shell, std::uint32_t id) {
+    for (const CommandRow& row : kCommands) {
+        const std::uint32_t first = CommandId(row.first);
+        if (id < first || id > CommandId(row.last)) continue;
+        if (shell.AcceptsCommands()) row.run(shell, id - first);
+        return true;
+    }
+    return false;
+}
+
+} // namespace kvx

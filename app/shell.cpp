@@ -1,0 +1,166 @@
+#include "app/shell.h"
+
+#include "app/menu_model.h"
+#include "app/status_text.h"
+#include "app/window_title.h"
+#include "settings/settings_file.h"
+
+#include <utility>
+
+namespace kvx {
+namespace {
+
+constexpr float kDefaultFontPoints = 12.0F;
+constexpr char16_t kDefaultFontFamily[] = u"Consolas";
+
+// Counts a modal box while it is on the screen.
+class ModalScope {
+public:
+    explicit ModalScope(int& depth) : depth_(depth) { ++depth_; }
+    ~ModalScope() { --depth_; }
+    ModalScope(const ModalScope&) = delete;
+    ModalScope& operator=(const ModalScope&) = delete;
+
+private:
+    int& depth_;
+};
+
+} // namespace
+
+Shell::Shell(ShellHost& host, HexView& view, FileLayer& files)
+    : host_(host), view_(view), document_(files) {}
+
+void Shell::Load(std::u16string programFolder, std::u16string settingsPath) {
+    strings_.SetBaseFolder(std::move(programFolder));
+    settingsPath_ = std::move(settingsPath);
+    LoadSettings(settingsPath_, settings_);
+    strings_.SetLanguage(settings_.uiLanguage);
+    if (!(settings_.fontSize > 0.0F)) settings_.fontSize = kDefaultFontPoints;
+    if (settings_.fontFamily.empty()) settings_.fontFamily = kDefaultFontFamily;
+}
+
+SaveChangesAnswer Shell::AskSaveChanges() {
+    const ModalScope modal(modalDepth_);
+    return host_.AskSaveChanges(Text("confirm.save_changes"), Text("app.title"));
+}
+
+void Shell::ShowError(const std::u16string& text) {
+    const ModalScope modal(modalDepth_);
+    host_.ShowError(text, Text("app.title"));
+}
+
+std::optional<std::u16string> Shell::ChooseFileToOpen() {
+    const ModalScope modal(modalDepth_);
+    return host_.ChooseFile(Text("dialog.open.title"));
+}
+
+void Shell::ApplySettingsToView() {
+    view_.SetEncoding(settings_.textEncoding);
+    view_.SetTheme(settings_.theme);
+    view_.SetFont(settings_.fontFamily, settings_.fontSize, settings_.bold, settings_.italic);
+}
+
+void Shell::AttachDocument() {
+    view_.SetDocument(&document_, &document_);
+}
+
+void Shell::RebuildMenu() {
+    host_.ShowMenu(
+        BuildMenuBar(CurrentMenuState(), [this](std::string_view key) { return Text(key); }));
+}
+
+void Shell::UpdateTitle() {
+    host_.ShowTitle(WindowTitle(Text("app.title"),
+                                document_.IsOpen() ? document_.GetPath() : std::u16string(),
+                                document_.IsModified()));
+}
+
+void Shell::RefreshStatus() {
+    host_.ShowStatus(
+        StatusText(CurrentStatusState(), [this](std::string_view key) { return Text(key); }),
+        flash_ ? StatusFlashColors() : StatusColorsOf(view_.State().theme));
+}
+
+void Shell::RefreshAll() {
+    RebuildMenu();
+    UpdateTitle();
+    RefreshStatus();
+}
+
+void Shell::ShowStatusBackground() {
+    host_.SetStatusBackground(StatusColorsOf(view_.State().theme));
+}
+
+void Shell::SaveSettings() {
+    settings_.appVersion = kAppVersionLabel;
+    kvx::SaveSettings(settingsPath_, settings_);
+}
+
+void Shell::BeginSave() {
+    saveProgress_ = Text("status.saving");
+    throttle_ = {};
+    RebuildMenu();
+    host_.EnableHexView(false);
+    RefreshStatus();
+    host_.PaintStatusNow();
+    host_.PumpMessages();
+}
+
+// Showing progress must never break the save that it tells of.
+void Shell::ReportSaveProgress(std::uint64_t done, std::uint64_t total) noexcept {
+    try {
+        const auto percent = throttle_.Report(done, total, host_.Tick());
+        if (!percent) return;
+        const std::string number = std::to_string(*percent);
+        saveProgress_ =
+            Text("status.saving") + u" " + std::u16string(number.begin(), number.end()) + u"%";
+        RefreshStatus();
+        host_.PaintStatusNow();
+        host_.PumpMessages();
+    } catch (...) {}
+}
+
+void Shell::EndSave() noexcept {
+    host_.EnableHexView(true);
+    saveProgress_.reset();
+}
+
+void Shell::OnViewChanged() {
+    UpdateTitle();
+    RefreshStatus();
+}
+
+void Shell::OnEditRefused() {
+    flash_ = Text("status.readonly_blocked");
+    host_.StartFlashTimer();
+    host_.SoundWarning();
+    RefreshStatus();
+}
+
+void Shell::OnFlashTimer() {
+    host_.StopFlashTimer();
+    flash_.reset();
+    RefreshStatus();
+}
+
+MenuState Shell::CurrentMenuState() const {
+    const HexViewState& view = view_.State();
+    return {Busy(),     document_.IsOpen(),  view.editable,
+            view.theme, strings_.Language(), settings_.recentFiles};
+}
+
+StatusState Shell::CurrentStatusState() const {
+    StatusState state{flash_, saveProgress_, std::nullopt};
+    if (!document_.IsOpen()) return state;
+    const HexViewState& view = view_.State();
+    state.file = StatusFields{view.caret,
+                              document_.GetSize(),
+                              view.encoding,
+                              view.editable,
+                              view.insertMode == InsertMode::Insert,
+                              document_.IsModified(),
+                              view.zoom};
+    return state;
+}
+
+} // namespace kvx

@@ -1,0 +1,13 @@
+#include "app/window_placement.h"
+
+#include <algorithm>
+
+namespace kvx {
+
+RectPx CenteredIn(const RectPx& work, std::int32_t width, std::int32_t height) {
+    const std::int32_t left = work.left + std::max(0, (work.Width() - width) / 2);
+    const std::int32_t top = work.top + std::max(0, (work.Height() - height) / 2);
+    return {left, top, left + width, top + height};
+}
+
+} // namespace kvx
