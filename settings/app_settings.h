@@ -53,7 +53,7 @@ struct AppSettings {
     float fontSize = 12.0F; ///< points
     bool bold = false;
     bool italic = false;
-    std::vector<std::u16string> recentFiles; ///< paths, newest first
+    std::vector<std::u16string> recentFiles;       ///< paths, newest first
     std::vector<SearchHistoryEntry> searchHistory; ///< newest first
 
     friend bool operator==(const AppSettings&, const AppSettings&) = default;

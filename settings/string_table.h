@@ -1,9 +1,10 @@
-// Localised texts by key, from one text file per locale beside the program. Owned by the application
-// window and used from the main thread.
+// Localised texts by key, from one text file per locale beside the program. Owned by the
+// application window and used from the main thread.
 #pragma once
 
 #include "settings/app_settings.h"
 
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <string>
@@ -22,10 +23,19 @@ std::u16string ResolveLocaleName(UiLanguage language, const LocaleQuery& userLoc
 /// The same rule as a language: English or Japanese, never System.
 UiLanguage ResolveEffectiveLanguage(UiLanguage language, const LocaleQuery& userLocale);
 
-/// Key to text for one locale.
-using StringMap = std::unordered_map<std::string, std::u16string>;
+/// Hashes keys so that a string_view finds a std::string without a copy.
+struct StringKeyHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view key) const {
+        return std::hash<std::string_view>{}(key);
+    }
+};
 
-/// Reads the lines of a string file (UTF-8, key=value; '#' starts a comment line; first key wins).
+/// Key to text for one locale.
+using StringMap = std::unordered_map<std::string, std::u16string, StringKeyHash, std::equal_to<>>;
+
+/// Reads the lines of a string file (UTF-8, key=value; '#' at the very start of a line makes it a
+/// comment; the first of several equal keys wins).
 StringMap ParseStringFile(std::string_view text);
 
 class StringTable {
