@@ -1,16 +1,18 @@
 // The edited document: byte edits laid over an unchanged file until they are saved.
 //
 // Three records keyed by positions in the on-disk file (size S) say what was edited:
-//   Insertions  anchor (0..S) -> bytes that stand before the on-disk byte at the anchor (S: at the
-//   end) Deletions   on-disk positions whose bytes are removed Overwrites  on-disk position ->
-//   replacement byte; never a deleted position, never the file's byte
-// EditIndex holds them in one balanced tree, so that mapping a position and every edit cost O(log
-// n).
+// - Insertions: anchor (0..S) -> bytes that stand before the on-disk byte there; S: at the end
+// - Deletions: on-disk positions whose bytes are removed
+// - Overwrites: on-disk position -> a byte other than the file's; never a deleted position
+// EditIndex holds them in one balanced tree, so that mapping a position and every edit cost
+// O(log n) in the number of edits.
 #pragma once
 
 #include "document/edit_index.h"
+#include "document/edited_read.h"
 #include "document/file_view_model.h"
 #include "document/progress.h"
+#include "document/read_ahead.h"
 #include "document/read_only_document.h"
 
 #include <cstdint>
@@ -59,6 +61,8 @@ private:
     FileViewModel file_;
     EditIndex edits_;
     std::u16string lastErrorText_;
+    mutable ReadAhead fileAhead_; ///< for overwrites in a row; dropped by every other operation
+    mutable EditedReader reader_;
 };
 
 } // namespace kvx
