@@ -1,5 +1,5 @@
-// The hex view's window: class "Kivra.HexView". Unpacks messages for HexView and draws its frames with
-// Direct2D. Main thread only.
+// The hex view's window: class "Kivra.HexView". Unpacks messages for HexView and draws its frames
+// with Direct2D. Main thread only.
 #pragma once
 
 #include "hexview/hex_view.h"
