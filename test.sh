@@ -53,16 +53,17 @@ step() {
   [ "$result" = ok ]
 }
 
-# Sanitizers want fixed addresses, which newer kernels may have given away when they shuffle them.
-unshuffled=()
-if setarch -R true 2>/dev/null; then unshuffled=(setarch -R); fi
+# What ctest is started with. Sanitizers want fixed addresses, which newer kernels may have given away
+# when they shuffle them.
+launcher=()
+if setarch -R true 2>/dev/null; then launcher=(setarch -R); fi
 
 # run_tests <build folder> <seconds per program> <ctest option>...: runs test programs and counts their
 # cases from the reports that they write. A program without a report crashed: one failed case.
 run_tests() {
   local folder=$1 seconds=$2 name report result=0 total=(0 0 0) cases
   shift 2
-  GTEST_OUTPUT=xml:$logs/results/ GTEST_BRIEF=1 "${unshuffled[@]}" \
+  GTEST_OUTPUT=xml:$logs/results/ GTEST_BRIEF=1 "${launcher[@]}" \
     ctest --test-dir "$folder" --timeout "$seconds" --output-on-failure --no-tests=error "$@" || result=1
   for name in $(ctest --test-dir "$folder" -N "$@" | sed -n 's/^ *Test *#[0-9]*: //p'); do
     report=$logs/results/kivra_${name}_tests.xml
@@ -102,6 +103,22 @@ run_windows_tests() {
   run_tests "$kivra_build/windows-cmake" 600 "$@"
 }
 
+# run_end_to_end_tests: with a full disk and a read-only folder at hand where the system allows them.
+run_end_to_end_tests() {
+  local odd=$wine_run_dir/odd launcher=("$kivra_root/tools/with_odd_folders.sh" "$wine_run_dir/odd")
+  mkdir -p "$odd/read-only" && head -c 4096 /dev/zero >"$odd/read-only/data.bin"
+  # Wine's server opens the files, so it has to start where the mounts are seen.
+  wine_stop_server
+  if "${launcher[@]}" true; then
+    export KIVRA_FULL_DISK=$odd/small KIVRA_READ_ONLY_FOLDER=$odd/read-only
+  else
+    say "No mounts here: the tests of a full disk and of a read-only folder are left out"
+    export GTEST_FILTER='-*AFullDisk*:*AFolderThatCannotBeWritten*'
+    launcher=()
+  fi
+  run_windows_tests -R '^end_to_end$'
+}
+
 quick=
 case ${1:-} in
   --help | -h) usage && exit 0 ;;
@@ -129,7 +146,7 @@ if [ -z "$quick" ]; then
     trap 'exit 143' TERM
     if step 'Wine and its display' wine_begin --display; then
       step 'Windows unit tests under Wine' run_windows_tests -E '^end_to_end$'
-      step 'End-to-end tests under Wine' run_windows_tests -R '^end_to_end$'
+      step 'End-to-end tests under Wine' run_end_to_end_tests
     fi
   fi
   step 'clang-tidy' check_tidy "$kivra_build/tsan" "$kivra_build/windows-cmake"

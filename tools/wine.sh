@@ -33,14 +33,19 @@ wine_begin() {
 # wine_end: ends every program of this run and removes its prefix. Harmless when nothing was begun.
 wine_end() {
   [ -n "$wine_run_dir" ] || return 0
-  timeout -k 5 20 wineserver -k 2>/dev/null
-  timeout -k 5 20 wineserver -w 2>/dev/null
+  wine_stop_server
   if [ "${#wine_pids[@]}" -gt 0 ]; then
     kill "${wine_pids[@]}" 2>/dev/null
     wait "${wine_pids[@]}" 2>/dev/null
   fi
   rm -rf "$wine_run_dir"
   wine_run_dir='' wine_pids=()
+}
+
+# wine_stop_server: ends every Windows program of this run.
+wine_stop_server() {
+  timeout -k 5 20 wineserver -k 2>/dev/null
+  timeout -k 5 20 wineserver -w 2>/dev/null
 }
 
 # wine_path <path>: prints the Windows form of a path of this system.
