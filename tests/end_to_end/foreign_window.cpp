@@ -1,0 +1,168 @@
+#include "foreign_window.h"
+
+#include "platform/win32/wide.h"
+#include "waiting.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+
+namespace kvx::test {
+namespace {
+
+constexpr int kMessageTextId = 0xFFFF;
+
+std::wstring ClassOf(HWND window) {
+    std::array<wchar_t, 128> name{};
+    const int length = ::GetClassNameW(window, name.data(), static_cast<int>(name.size()));
+    return {name.data(), static_cast<std::size_t>(length)};
+}
+
+struct Search {
+    DWORD processId = 0;
+    std::wstring_view className;
+    std::vector<HWND> found;
+};
+
+BOOL CALLBACK CollectTopLevel(HWND window, LPARAM parameter) {
+    auto& search = *reinterpret_cast<Search*>(parameter);
+    DWORD owner = 0;
+    ::GetWindowThreadProcessId(window, &owner);
+    if (owner == search.processId && ::IsWindowVisible(window) != FALSE &&
+        ClassOf(window) == search.className) {
+        search.found.push_back(window);
+    }
+    return TRUE;
+}
+
+BOOL CALLBACK CollectChild(HWND window, LPARAM parameter) {
+    auto& search = *reinterpret_cast<Search*>(parameter);
+    if (ClassOf(window) == search.className) search.found.push_back(window);
+    return TRUE;
+}
+
+INPUT KeyInput(WORD virtualKey, DWORD flags) {
+    INPUT input{};
+    input.type = INPUT_KEYBOARD;
+    input.ki.wVk = virtualKey;
+    input.ki.dwFlags = flags;
+    return input;
+}
+
+template <std::size_t N>
+void Send(std::array<INPUT, N> inputs) {
+    ::SendInput(static_cast<UINT>(N), inputs.data(), sizeof(INPUT));
+}
+
+bool HasFocus(HWND topLevel, HWND focus) {
+    GUITHREADINFO info{};
+    info.cbSize = sizeof info;
+    const DWORD thread = ::GetWindowThreadProcessId(topLevel, nullptr);
+    return ::GetGUIThreadInfo(thread, &info) != FALSE && info.hwndFocus == focus &&
+           ::GetForegroundWindow() == topLevel;
+}
+
+} // namespace
+
+std::vector<HWND> WindowsOf(DWORD processId, std::wstring_view className) {
+    Search search{processId, className, {}};
+    ::EnumWindows(CollectTopLevel, reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
+HWND ChildOf(HWND parent, std::wstring_view className) {
+    Search search{0, className, {}};
+    ::EnumChildWindows(parent, CollectChild, reinterpret_cast<LPARAM>(&search));
+    return search.found.empty() ? nullptr : search.found.front();
+}
+
+std::u16string TextOf(HWND window) {
+    const auto length = ::SendMessageW(window, WM_GETTEXTLENGTH, 0, 0);
+    std::wstring text(static_cast<std::size_t>(length) + 1, L'\0');
+    const auto copied =
+        ::SendMessageW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
+    text.resize(static_cast<std::size_t>(copied));
+    return FromWide(text);
+}
+
+std::size_t Picture::Count(std::uint32_t color) const {
+    return static_cast<std::size_t>(std::count(pixels.begin(), pixels.end(), color));
+}
+
+// The window's own DC shows nothing of another process under Wine; the screen's does.
+Picture ClientPicture(HWND window) {
+    RECT client{};
+    ::GetClientRect(window, &client);
+    POINT origin{0, 0};
+    ::ClientToScreen(window, &origin);
+    Picture picture{client.right, client.bottom, {}};
+    picture.pixels.resize(static_cast<std::size_t>(picture.width) *
+                          static_cast<std::size_t>(picture.height));
+
+    BITMAPINFO format{};
+    format.bmiHeader.biSize = sizeof format.bmiHeader;
+    format.bmiHeader.biWidth = picture.width;
+    format.bmiHeader.biHeight = -picture.height; // top row first
+    format.bmiHeader.biPlanes = 1;
+    format.bmiHeader.biBitCount = 32;
+    const HDC screen = ::GetDC(nullptr);
+    const HDC memory = ::CreateCompatibleDC(screen);
+    const HBITMAP bitmap = ::CreateCompatibleBitmap(screen, picture.width, picture.height);
+    const HGDIOBJ previous = ::SelectObject(memory, bitmap);
+    ::BitBlt(memory, 0, 0, picture.width, picture.height, screen, origin.x, origin.y, SRCCOPY);
+    ::SelectObject(memory, previous);
+    ::GetDIBits(memory, bitmap, 0, static_cast<UINT>(picture.height), picture.pixels.data(),
+                &format, DIB_RGB_COLORS);
+    ::DeleteObject(bitmap);
+    ::DeleteDC(memory);
+    ::ReleaseDC(nullptr, screen);
+    for (std::uint32_t& pixel : picture.pixels)
+        pixel &= 0xFFFFFFU;
+    return picture;
+}
+
+std::u16string MessageBoxWindow::Text() const {
+    return TextOf(::GetDlgItem(window, kMessageTextId));
+}
+
+bool MessageBoxWindow::Press(int button) const {
+    const HWND control = ::GetDlgItem(window, button);
+    if (control == nullptr) return false;
+    ::PostMessageW(control, BM_CLICK, 0, 0);
+    return WaitUntil([this] { return ::IsWindow(window) == FALSE; });
+}
+
+std::optional<MessageBoxWindow> WaitForMessageBox(DWORD processId) {
+    MessageBoxWindow box;
+    const bool came = WaitUntil([&] {
+        for (const HWND window : WindowsOf(processId, L"#32770")) {
+            if (::GetDlgItem(window, kMessageTextId) != nullptr) box.window = window;
+        }
+        return box.window != nullptr;
+    });
+    return came ? std::optional(box) : std::nullopt;
+}
+
+bool Keyboard::TakeForeground() const {
+    ::SetForegroundWindow(topLevel_);
+    if (!WaitUntil([this] { return HasFocus(topLevel_, focus_); })) return false;
+    // The X server needs a moment more until keys arrive at the window that just got the focus.
+    ::Sleep(150);
+    return true;
+}
+
+void Keyboard::Press(WORD virtualKey) const {
+    Send(std::array{KeyInput(virtualKey, 0), KeyInput(virtualKey, KEYEVENTF_KEYUP)});
+}
+
+void Keyboard::PressWithControl(WORD virtualKey) const {
+    Send(std::array{KeyInput(VK_CONTROL, 0), KeyInput(virtualKey, 0),
+                    KeyInput(virtualKey, KEYEVENTF_KEYUP), KeyInput(VK_CONTROL, KEYEVENTF_KEYUP)});
+}
+
+void Keyboard::Type(std::string_view keys) const {
+    for (const char key : keys)
+        Press(static_cast<WORD>(std::toupper(static_cast<unsigned char>(key))));
+}
+
+} // namespace kvx::test

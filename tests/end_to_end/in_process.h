@@ -1,0 +1,48 @@
+// The program's own main window inside the test program: menus, status texts and objects are then
+// within reach. Messages are pumped by the test.
+#pragma once
+
+#include "kivra_process.h"
+
+#include "app/app_window.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace kvx::test {
+
+/// One item of a real menu.
+struct ShownItem {
+    std::u16string text;
+    UINT id = 0; ///< 0: a separator or a submenu
+    bool greyed = false;
+    bool checked = false;
+    std::vector<ShownItem> children;
+};
+
+class InProcessWindow {
+public:
+    /// Opens `startFile` (none when empty) with the settings and texts of `program`.
+    explicit InProcessWindow(const ProgramCopy& program, const std::u16string& startFile = {});
+
+    HWND View() const { return app_->View().Handle(); }
+    const std::u16string& Status() const { return app_->StatusBar().Text(); }
+
+    /// Dispatches what is waiting.
+    void Pump();
+    /// Each is done, with all that it posts, when the call returns.
+    void Run(UINT command);
+    void Key(WORD virtualKey);
+    void Type(std::string_view characters);
+
+    /// The menu bar as it stands on the window.
+    std::vector<ShownItem> Menu() const;
+    /// The item with this command number anywhere in the menu bar; null when it is not offered.
+    static const ShownItem* Find(const std::vector<ShownItem>& items, UINT id);
+
+private:
+    std::unique_ptr<AppWindow> app_;
+};
+
+} // namespace kvx::test

@@ -1,0 +1,86 @@
+#include "kivra_process.h"
+
+#include "waiting.h"
+
+#include <cstdlib>
+#include <stdexcept>
+
+namespace kvx::test {
+namespace {
+
+constexpr DWORD kPatienceMs = 20'000;
+constexpr UINT kAnswerMs = 5'000;
+
+std::filesystem::path OriginalFolder() {
+    const wchar_t* folder = ::_wgetenv(L"KIVRA_PROGRAM_FOLDER");
+    if (folder == nullptr)
+        throw std::runtime_error("KIVRA_PROGRAM_FOLDER must name the folder of kivra.exe");
+    return folder;
+}
+
+} // namespace
+
+ProgramCopy::ProgramCopy() {
+    const std::filesystem::path original = OriginalFolder();
+    std::filesystem::copy(original / "kivra.exe", folder_.Root());
+    std::filesystem::copy(original / "resources", folder_.Root() / "resources",
+                          std::filesystem::copy_options::recursive);
+}
+
+KivraProcess::KivraProcess(const ProgramCopy& program, const std::wstring& arguments) {
+    std::wstring line = Quoted(program.Program()) + L" " + arguments;
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION info{};
+    if (::CreateProcessW(program.Program().c_str(), line.data(), nullptr, nullptr, FALSE, 0,
+                         nullptr, nullptr, &startup, &info) == FALSE)
+        throw std::runtime_error("kivra.exe does not start");
+    process_ = UniqueKernelHandle(info.hProcess);
+    const UniqueKernelHandle thread(info.hThread);
+    id_ = info.dwProcessId;
+}
+
+KivraProcess::~KivraProcess() {
+    if (IsRunning()) ::TerminateProcess(process_.Get(), 1);
+    // The folder of the program can only go once the program is gone.
+    ::WaitForSingleObject(process_.Get(), kPatienceMs);
+}
+
+bool KivraProcess::WaitForWindow() {
+    return WaitUntil([this] {
+               const std::vector<HWND> windows = WindowsOf(id_, L"Kivra.MainWindow");
+               if (windows.empty()) return !IsRunning();
+               main_ = windows.front();
+               view_ = ChildOf(main_, L"Kivra.HexView");
+               DWORD_PTR answer = 0;
+               return view_ != nullptr && ::SendMessageTimeoutW(main_, WM_NULL, 0, 0, SMTO_NORMAL,
+                                                                kAnswerMs, &answer) != 0;
+           }) &&
+           main_ != nullptr;
+}
+
+bool KivraProcess::WaitForTitle(std::u16string_view title) const {
+    return WaitUntil([&] { return Title() == title; });
+}
+
+void KivraProcess::Type(std::string_view characters) const {
+    for (const char character : characters)
+        ::SendMessageW(view_, WM_CHAR, static_cast<WPARAM>(character), 0);
+}
+
+bool KivraProcess::IsRunning() const {
+    return ::WaitForSingleObject(process_.Get(), 0) == WAIT_TIMEOUT;
+}
+
+int KivraProcess::WaitForExit() const {
+    if (::WaitForSingleObject(process_.Get(), kPatienceMs) != WAIT_OBJECT_0) return -1;
+    DWORD code = 0;
+    ::GetExitCodeProcess(process_.Get(), &code);
+    return static_cast<int>(code);
+}
+
+std::wstring Quoted(const std::filesystem::path& path) {
+    return L"\"" + path.wstring() + L"\"";
+}
+
+} // namespace kvx::test

@@ -1,0 +1,81 @@
+// The recent files and the other choices live on from one run to the next.
+#include "file_bytes.h"
+#include "kivra_process.h"
+#include "program_texts.h"
+#include "waiting.h"
+
+#include "settings/settings_file.h"
+
+#include <gtest/gtest.h>
+
+namespace kvx::test {
+namespace {
+
+AppSettings SettingsOf(const ProgramCopy& program) {
+    AppSettings settings;
+    LoadSettings(program.SettingsFile().u16string(), settings);
+    return settings;
+}
+
+TEST(RecentFilesTest, AnOpenedFileIsOfferedByTheNextRun) {
+    const ProgramCopy program;
+    const ProgramTexts text(program);
+    const TempFolder files;
+    const std::u16string first = files.Write(u"first.bin", "one");
+    const std::u16string second = files.Write(u"second.bin", "two");
+    for (const std::u16string& path : {first, second}) {
+        KivraProcess kivra(program, Quoted(path));
+        ASSERT_TRUE(kivra.WaitForWindow());
+        kivra.RequestClose();
+        ASSERT_EQ(kivra.WaitForExit(), 0);
+    }
+    EXPECT_EQ(SettingsOf(program).recentFiles, (std::vector<std::u16string>{second, first}));
+
+    KivraProcess kivra(program, L"");
+    ASSERT_TRUE(kivra.WaitForWindow());
+    kivra.Run(kCommandRecentFirst + 1);
+    EXPECT_TRUE(kivra.WaitForTitle(text.Title(u"first.bin")));
+    EXPECT_EQ(SettingsOf(program).recentFiles, (std::vector<std::u16string>{first, second}));
+    kivra.Run(kCommandRecentFirst + 2); // beyond the list
+    EXPECT_EQ(kivra.Title(), text.Title(u"first.bin"));
+    kivra.Run(kCommandClose);
+    EXPECT_TRUE(kivra.WaitForTitle(text("app.title")));
+}
+
+TEST(RecentFilesTest, ThemeAndLanguageSurviveARestart) {
+    const ProgramCopy program;
+    {
+        KivraProcess kivra(program, L"");
+        ASSERT_TRUE(kivra.WaitForWindow());
+        kivra.Run(kCommandThemeLight);
+        kivra.Run(kCommandJapanese);
+        kivra.RequestClose();
+        ASSERT_EQ(kivra.WaitForExit(), 0);
+    }
+    const AppSettings settings = SettingsOf(program);
+    EXPECT_EQ(settings.theme, Theme::Light);
+    EXPECT_EQ(settings.uiLanguage, UiLanguage::Japanese);
+    EXPECT_EQ(settings.appVersion, kAppVersionLabel);
+
+    KivraProcess kivra(program, L"");
+    ASSERT_TRUE(kivra.WaitForWindow());
+    const ProgramTexts japanese(program, UiLanguage::Japanese);
+    EXPECT_TRUE(kivra.WaitForTitle(japanese("app.title")));
+    ASSERT_TRUE(kivra.Keys().TakeForeground());
+    EXPECT_TRUE(WaitUntil([&] {
+        const Picture picture = ClientPicture(kivra.View());
+        return picture.Count(0xF6F4EF) == picture.pixels.size();
+    }));
+}
+
+TEST(RecentFilesTest, ADamagedSettingsFileStartsWithTheDefaults) {
+    const ProgramCopy program;
+    const ProgramTexts text(program);
+    program.WriteSettings(KnownBytes(100'000));
+    KivraProcess kivra(program, L"");
+    ASSERT_TRUE(kivra.WaitForWindow());
+    EXPECT_TRUE(kivra.WaitForTitle(text("app.title")));
+}
+
+} // namespace
+} // namespace kvx::test
