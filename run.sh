@@ -53,28 +53,33 @@ main_window() {
   return 1
 }
 
-# painted <picture>: a drawn window has many colours, since its text is smoothed; an empty one has few.
+# painted <picture of the inside>: text is smoothed, so a drawn window has many colours, and where nothing
+# is drawn yet it is black.
 painted() {
-  [ -s "$1" ] && [ "$(identify -format '%k' "$1" 2>/dev/null || echo 0)" -ge 16 ]
+  local colours light
+  read -r colours light < <(convert "$1" -format '%k ' -write info: \
+    -fill white +opaque black -format '%[fx:mean>0.5]\n' info: 2>/dev/null)
+  [ "${colours:-0}" -ge 16 ] && [ "${light:-0}" = 1 ]
 }
 
 # take_picture <picture> <process id>: waits until the window is up, painted and at rest.
 take_picture() {
-  local picture=$1 pid=$2 window last='' now deadline=$((SECONDS + 60))
+  local picture=$1 pid=$2 window last='' now rest=0 deadline=$((SECONDS + 60))
+  local inside=$wine_run_dir/inside.png
   while [ "$SECONDS" -lt "$deadline" ]; do
     kill -0 "$pid" 2>/dev/null || fail "the editor ended before its window was up
 $(cat "$kivra_build/logs/kivra.log")"
-    if window=$(main_window) && import -frame -window "$window" "png:$picture.new" 2>/dev/null; then
-      now=$(cksum <"$picture.new")
-      if [ "$now" = "$last" ] && painted "$picture.new"; then
-        mv "$picture.new" "$picture"
+    if window=$(main_window) && import -window "$window" "$inside" 2>/dev/null; then
+      now=$(cksum <"$inside")
+      if [ "$now" != "$last" ] || ! painted "$inside"; then rest=0; else rest=$((rest + 1)); fi
+      last=$now
+      if [ "$rest" -ge 3 ]; then
+        import -frame -window "$window" "$picture" || fail "the picture could not be taken"
         return
       fi
-      last=$now
     fi
     sleep 0.3
   done
-  rm -f "$picture.new"
   fail "the editor's window was not up and painted within 60 seconds
 $(xwininfo -root -tree 2>&1; cat "$kivra_build/logs/kivra.log")"
 }
