@@ -126,7 +126,7 @@ void FrameBuilder::AddRow(std::uint64_t row, float top, ByteView bytes) {
 
 void FrameBuilder::AddSelection(std::uint64_t rowStart, float top, std::uint64_t byteCount) {
     if (!state_.hasSelection || byteCount == 0) return;
-    const auto [low, high] = std::minmax(state_.selAnchor, state_.selEnd);
+    const auto [low, high] = SelectionOf(state_);
     const std::uint64_t first = std::max(low, rowStart);
     const std::uint64_t last = std::min(high, rowStart + byteCount - 1);
     if (first > last) return;

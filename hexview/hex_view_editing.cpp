@@ -100,7 +100,7 @@ Handled HexView::RemoveAt(std::uint64_t offset) {
 }
 
 Handled HexView::RemoveSelection() {
-    const auto [first, last] = std::minmax(state_.selAnchor, state_.selEnd);
+    const auto [first, last] = SelectionOf(state_);
     std::uint64_t end = last + 1; // what lies between here and the old end is gone
     while (end > first && state_.editableDocument->DeleteByte(end - 1))
         --end;
@@ -119,7 +119,7 @@ void HexView::ShowRemoval(std::uint64_t caret) {
 
 void HexView::CopySelection() {
     if (!state_.hasSelection) return;
-    const auto [first, last] = std::minmax(state_.selAnchor, state_.selEnd);
+    const auto [first, last] = SelectionOf(state_);
     if (const auto text = HexText(*state_.document, first, last)) host_.CopyToClipboard(*text);
 }
 

@@ -90,6 +90,11 @@ std::uint64_t DocumentSize(const HexViewState& state) {
     return HasOpenDocument(state) ? state.document->GetSize() : 0;
 }
 
+SelectedRange SelectionOf(const HexViewState& state) {
+    return {.first = std::min(state.selAnchor, state.selEnd),
+            .last = std::max(state.selAnchor, state.selEnd)};
+}
+
 std::uint64_t LastCaretOffset(const HexViewState& state) {
     const std::uint64_t size = DocumentSize(state);
     return state.insertMode == InsertMode::Insert || size == 0 ? size : size - 1;

@@ -25,6 +25,13 @@ void FitOffsetColumn(HexViewState& state);                     ///< after a chan
 bool HasOpenDocument(const HexViewState& state);
 std::uint64_t DocumentSize(const HexViewState& state); ///< bytes; 0 when none is open
 
+/// Offsets of the selection in ascending order, both included. Meaningless without a selection.
+struct SelectedRange {
+    std::uint64_t first = 0;
+    std::uint64_t last = 0;
+};
+SelectedRange SelectionOf(const HexViewState& state);
+
 /// Largest legal caret: one past the last byte in insert mode, else the last byte; 0 without bytes.
 std::uint64_t LastCaretOffset(const HexViewState& state);
 

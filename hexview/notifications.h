@@ -1,5 +1,5 @@
-// What the hex view tells its parent window. Values are Windows messages (WM_APP is 0x8000), all with
-// both parameters 0.
+// What the hex view tells its parent window. Values are Windows messages (WM_APP is 0x8000), all
+// with both parameters 0.
 #pragma once
 
 #include <cstdint>

@@ -1,0 +1,258 @@
+// Random input against a plain model of caret, selection and bytes, from fixed seeds.
+#include "hexview/frame.h"
+#include "hexview/hex_view.h"
+#include "hexview/hex_view_layout.h"
+#include "tests/hexview/view_stage.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <random>
+#include <string>
+
+namespace kvx {
+namespace {
+
+/// What a user expects of the view, said without rows, scrolling or hosts.
+class Model {
+public:
+    explicit Model(Bytes content) : bytes(std::move(content)) {}
+
+    Bytes bytes;
+    std::size_t caret = 0;
+    bool inserting = false;
+    std::optional<std::pair<std::size_t, std::size_t>> selection;
+
+    std::size_t Last() const { return bytes.size() - (inserting || bytes.empty() ? 0 : 1); }
+
+    void MoveTo(std::size_t offset) {
+        caret = std::min(offset, Last());
+        selection.reset();
+        half.reset();
+    }
+    void MoveBy(std::ptrdiff_t delta) {
+        const auto target = static_cast<std::ptrdiff_t>(caret) + delta;
+        MoveTo(target < 0 ? 0 : static_cast<std::size_t>(target));
+    }
+    void Click(std::size_t offset) {
+        MoveTo(offset);
+        selection = {offset, offset};
+    }
+    void Toggle() {
+        inserting = !inserting;
+        caret = std::min(caret, Last());
+        half.reset();
+    }
+    void Type(unsigned digit) {
+        if (!inserting && bytes.empty()) return;
+        if (!half) {
+            half = digit;
+            if (!inserting)
+                bytes[caret] = static_cast<std::uint8_t>(digit * 16 + bytes[caret] % 16);
+            return;
+        }
+        const auto value = static_cast<std::uint8_t>(*half * 16 + digit);
+        half.reset();
+        if (inserting)
+            bytes.insert(At(caret), value);
+        else
+            bytes[caret] = value;
+        if (caret < Last()) MoveTo(caret + 1);
+    }
+    void Remove(bool forward) {
+        if (bytes.empty()) return;
+        std::size_t first = forward ? caret : caret - 1;
+        std::size_t count = 1;
+        if (selection) {
+            first = std::min(selection->first, selection->second);
+            count = std::max(selection->first, selection->second) - first + 1;
+        } else if (forward ? caret == bytes.size() : caret == 0) {
+            return;
+        }
+        bytes.erase(At(first), At(first + count));
+        MoveTo(first);
+    }
+
+private:
+    std::optional<unsigned> half;
+
+    Bytes::iterator At(std::size_t offset) {
+        return std::next(bytes.begin(), static_cast<std::ptrdiff_t>(offset));
+    }
+};
+
+class RandomDriver {
+public:
+    RandomDriver(std::uint32_t seed, std::size_t size)
+        : random_(seed), stage_(CountingBytes(size)), model_(CountingBytes(size)) {
+        stage_.view.OnFocusGained();
+        stage_.view.ToggleEditable();
+    }
+
+    void Step() {
+        switch (Below(12)) {
+        case 0:
+            return Click();
+        case 1:
+            return Scroll();
+        case 2:
+            return Resize();
+        case 3:
+            return Toggle();
+        case 4:
+        case 5:
+            return Remove();
+        case 6:
+        case 7:
+        case 8:
+            return Type();
+        default:
+            return Move();
+        }
+    }
+
+    void Check() {
+        const HexViewState& state = stage_.State();
+        ASSERT_EQ(stage_.document.bytes, model_.bytes);
+        ASSERT_EQ(state.caret, model_.caret);
+        ASSERT_EQ(state.hasSelection, model_.selection.has_value());
+        if (model_.selection) {
+            ASSERT_EQ(state.selAnchor, model_.selection->first);
+            ASSERT_EQ(state.selEnd, model_.selection->second);
+        }
+        ASSERT_LE(state.topRow, LargestTopRow(state));
+        ASSERT_GE(state.scrollX, 0);
+        ASSERT_LE(state.scrollX, LargestScrollX(state));
+        ASSERT_EQ(stage_.host.vertical, VerticalBar(state));
+        ASSERT_EQ(stage_.host.horizontal, HorizontalBar(state));
+        CheckFrame(BuildFrame(state));
+    }
+
+private:
+    std::size_t Below(std::size_t end) { return random_() % end; }
+
+    void Move() {
+        const auto page = static_cast<std::ptrdiff_t>(VisibleRows(stage_.State()) * 16);
+        const bool control = Below(4) == 0;
+        const std::size_t rowStart = model_.caret / 16 * 16;
+        const auto press = [&](Key key) { stage_.view.OnKeyDown(key, control); };
+        switch (Below(8)) {
+        case 0:
+            press(Key::Left), model_.MoveBy(-1);
+            break;
+        case 1:
+            press(Key::Right), model_.MoveBy(1);
+            break;
+        case 2:
+            press(Key::Up), model_.MoveBy(-16);
+            break;
+        case 3:
+            press(Key::Down), model_.MoveBy(16);
+            break;
+        case 4:
+            press(Key::PageUp), model_.MoveBy(-page);
+            break;
+        case 5:
+            press(Key::PageDown), model_.MoveBy(page);
+            break;
+        case 6:
+            press(Key::Home), model_.MoveTo(control ? 0 : rowStart);
+            break;
+        default:
+            press(Key::End), model_.MoveTo(control ? model_.Last() : rowStart + 15);
+            break;
+        }
+        const std::uint64_t row = stage_.State().caret / 16;
+        EXPECT_TRUE(row >= stage_.State().topRow &&
+                    row < stage_.State().topRow + VisibleRows(stage_.State()));
+    }
+
+    PointPx RandomPoint() {
+        return {static_cast<std::int32_t>(Below(800)) - 20,
+                static_cast<std::int32_t>(Below(300)) - 20};
+    }
+
+    void Click() {
+        const PointPx down = RandomPoint();
+        const auto hit = stage_.view.HitTest(down);
+        stage_.view.OnLeftButtonDown(down);
+        if (hit) model_.Click(static_cast<std::size_t>(*hit));
+        for (std::size_t moves = Below(3); moves > 0; --moves) {
+            const PointPx to = RandomPoint();
+            const auto over = stage_.view.HitTest(to);
+            stage_.view.OnMouseMove(to);
+            if (hit && over) model_.selection->second = static_cast<std::size_t>(*over);
+        }
+        stage_.view.OnLeftButtonUp();
+    }
+
+    void Scroll() {
+        const auto request = static_cast<ScrollRequest>(Below(9));
+        const auto track = static_cast<std::int32_t>(Below(700)) - 50;
+        switch (Below(3)) {
+        case 0:
+            return stage_.view.OnVerticalScroll(request, track);
+        case 1:
+            return stage_.view.OnHorizontalScroll(request, track);
+        default:
+            return stage_.view.OnWheel(track, Below(4) == 0);
+        }
+    }
+
+    void Resize() {
+        stage_.view.SetClientSize(static_cast<std::uint32_t>(Below(900)),
+                                  static_cast<std::uint32_t>(Below(400)));
+    }
+
+    void Toggle() {
+        stage_.view.OnKeyDown(Key::Insert, false);
+        model_.Toggle();
+    }
+
+    void Remove() {
+        const bool forward = Below(2) == 0;
+        stage_.view.OnKeyDown(forward ? Key::Delete : Key::Backspace, false);
+        model_.Remove(forward);
+    }
+
+    void Type() {
+        const std::size_t digit = Below(16);
+        stage_.view.OnChar(u"0123456789abcDEF"[digit]);
+        model_.Type(static_cast<unsigned>(digit));
+    }
+
+    void CheckFrame(const Frame& frame) const {
+        const HexViewState& state = stage_.State();
+        const auto first = static_cast<std::size_t>(state.topRow * 16);
+        const std::size_t count = std::min(model_.bytes.size() - first,
+                                           static_cast<std::size_t>(VisibleRows(state) * 16));
+        ASSERT_EQ(frame.hex.texts.size(), count);
+        for (std::size_t i = 0; i < count; ++i) {
+            const std::u16string& pair = frame.hex.texts[i].text;
+            const std::string narrow(pair.begin(), pair.end());
+            ASSERT_EQ(std::stoul(narrow, nullptr, 16), model_.bytes[first + i]);
+        }
+    }
+
+    std::mt19937 random_;
+    ViewStage stage_;
+    Model model_;
+};
+
+TEST(HexViewRandom, AgreesWithThePlainModelUnderAnyInput) {
+    const std::size_t sizes[] = {0, 1, 16, 33, 160, 1000};
+    for (std::uint32_t seed = 1; seed <= 12; ++seed) {
+        RandomDriver driver(seed, sizes[seed % std::size(sizes)]);
+        for (int step = 0; step < 2500; ++step) {
+            driver.Step();
+            driver.Check();
+            if (testing::Test::HasFailure()) {
+                ADD_FAILURE() << "seed " << seed << ", step " << step;
+                return;
+            }
+        }
+    }
+}
+
+} // namespace
+} // namespace kvx

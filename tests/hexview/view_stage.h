@@ -1,0 +1,111 @@
+// A hex view on a recording host, measured by a font whose characters all have round widths.
+#pragma once
+
+#include "hexview/hex_view.h"
+#include "tests/hexview/memory_document.h"
+
+#include <functional>
+#include <ostream>
+#include <vector>
+
+namespace kvx {
+
+inline void PrintTo(const ScrollBar& bar, std::ostream* out) {
+    *out << "{max " << bar.max << ", page " << bar.page << ", position " << bar.position << "}";
+}
+
+inline void PrintTo(HexViewNotification notification, std::ostream* out) {
+    *out << "WM_APP + " << static_cast<std::uint32_t>(notification) - 0x8000;
+}
+
+/// At 16 DIPs: hex characters 10 wide, text characters 8 wide, rows 24 high.
+class FixedMeasurer final : public TextMeasurer {
+public:
+    int measured = 0;
+
+    float WidestCharacter(const FontSpec& font, std::u16string_view set) override {
+        ++measured;
+        return set.size() == 95 ? font.sizeDip * 0.5F : font.sizeDip * 0.625F;
+    }
+    float LineHeight(const FontSpec& font) override { return font.sizeDip * 1.35F; }
+};
+
+class RecordingHost final : public HexViewHost {
+public:
+    int invalidations = 0;
+    std::vector<HexViewNotification> notifications;
+    ScrollBar vertical;
+    ScrollBar horizontal;
+    std::function<void()> onSetScrollBars;
+    std::vector<std::u16string> copies;
+    bool captured = false;
+    int focusRequests = 0;
+    bool blinking = false;
+    int resourceReleases = 0;
+    std::uint32_t dpi = 96;
+
+    void Invalidate() override { ++invalidations; }
+    void NotifyParent(HexViewNotification notification) override {
+        notifications.push_back(notification);
+    }
+    void SetScrollBars(const ScrollBar& newVertical, const ScrollBar& newHorizontal) override {
+        vertical = newVertical;
+        horizontal = newHorizontal;
+        if (onSetScrollBars) onSetScrollBars();
+    }
+    void CopyToClipboard(const std::u16string& text) override { copies.push_back(text); }
+    void CaptureMouse() override { captured = true; }
+    void ReleaseMouse() override { captured = false; }
+    void TakeFocus() override { ++focusRequests; }
+    void StartBlinkTimer() override { blinking = true; }
+    void StopBlinkTimer() override { blinking = false; }
+    void ReleaseDeviceResources() override { ++resourceReleases; }
+    std::uint32_t WindowDpi() const override { return dpi; }
+
+    void Forget() {
+        invalidations = 0;
+        notifications.clear();
+        copies.clear();
+        focusRequests = 0;
+        resourceReleases = 0;
+    }
+};
+
+/// Just wide enough for all columns (hex from 110 to 590, text from 602 to 730), ten rows high.
+inline constexpr std::uint32_t kStageWidth = 738;
+inline constexpr std::uint32_t kStageHeight = 260;
+
+struct ViewStage {
+    MemoryDocument document;
+    RecordingHost host;
+    FixedMeasurer measurer;
+    HexView view{host, measurer};
+
+    explicit ViewStage(Bytes bytes = {}) : document(std::move(bytes)) {
+        Show(&document, &document);
+    }
+    explicit ViewStage(const HugeDocument& huge) { Show(&huge, nullptr); }
+
+    const HexViewState& State() const { return view.State(); }
+
+    /// Brings the view into a mode by its own commands, the caret to `caret`.
+    void Enter(InsertMode mode, std::uint64_t caret = 0) {
+        if (!State().editable) view.ToggleEditable();
+        if (State().insertMode != mode) view.OnKeyDown(Key::Insert, false);
+        view.SetCaret(caret);
+        host.Forget();
+    }
+    void Type(std::u16string_view characters) {
+        for (const char16_t character : characters)
+            view.OnChar(character);
+    }
+
+private:
+    void Show(const IReadOnlyDocument* shown, IEditableDocument* editable) {
+        view.SetDocument(shown, editable);
+        view.SetClientSize(kStageWidth, kStageHeight);
+        host.Forget();
+    }
+};
+
+} // namespace kvx
