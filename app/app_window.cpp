@@ -211,6 +211,8 @@ LRESULT AppWindow::Dispatch(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
     case WM_CREATE:
         return OnCreate();
+    case WM_ERASEBKGND:
+        return 1; // the children cover everything; erasing first would only flash in dark themes
     case WM_SIZE:
         return OnSize();
     case WM_SETFOCUS:

@@ -61,8 +61,10 @@ void StatusBarWindow::TakeFont() {
     font_ = std::move(font);
 }
 
+// Repainted whole: the grip at its old place would stay behind in a bar that grows.
 void StatusBarWindow::FollowParent() {
     ::SendMessageW(window_, WM_SIZE, 0, 0);
+    ::InvalidateRect(window_, nullptr, TRUE);
 }
 
 int StatusBarWindow::HeightPx() const {
