@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <functional>
 #include <optional>
 
 namespace kvx {
@@ -16,8 +17,14 @@ namespace {
 constexpr std::size_t kNone = std::string_view::npos;
 
 /// Position of the quoted `key` at or after `from`; kNone when it is missing or `from` is kNone.
+/// Skips by the key's length, so that a huge file full of quotes costs no more than any other.
 std::size_t FindKey(std::string_view text, std::string_view key, std::size_t from) {
-    return text.find('"' + std::string(key) + '"', from);
+    if (from >= text.size()) return kNone;
+    const std::string quoted = '"' + std::string(key) + '"';
+    const std::boyer_moore_horspool_searcher searcher(quoted.begin(), quoted.end());
+    const auto found =
+        std::search(text.begin() + static_cast<std::ptrdiff_t>(from), text.end(), searcher);
+    return found == text.end() ? kNone : static_cast<std::size_t>(found - text.begin());
 }
 
 /// Position after the ":" that follows the quoted `key`; kNone when one of them is missing.

@@ -10,7 +10,7 @@ packages_wine='wine wine64 libgl1 libgl1-mesa-dri libgnutls30 libxcomposite1 lib
   libxi6 libxinerama1 libxrandr2 libxrender1 fonts-dejavu-core fonts-unifont'
 packages_display='xvfb xkb-data openbox x11-utils imagemagick'
 
-packages_test='g++ googletest libbenchmark-dev clang libclang-rt-dev clang-tidy clang-format'
+packages_test='g++ googletest libbenchmark-dev nlohmann-json3-dev clang libclang-rt-dev clang-tidy clang-format'
 
 # Commands that stand for the packages where there is no dpkg to ask.
 commands_build='cmake ninja x86_64-w64-mingw32-g++-posix x86_64-w64-mingw32-windres'

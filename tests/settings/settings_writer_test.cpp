@@ -1,4 +1,5 @@
 #include "settings/settings_file.h"
+#include "tests/settings/settings_model.h"
 
 #include <gtest/gtest.h>
 
@@ -62,23 +63,8 @@ TEST(SettingsWriter, WritesTheDefaults) {
 }
 
 TEST(SettingsWriter, WritesACharsetEncodingListsAndEveryOtherChoice) {
-    AppSettings settings;
-    settings.dataInspectorVisible = false;
-    settings.structViewVisible = true;
-    settings.structViewFormat = {ByteArrayFormat::Ascii, Endian::Big, NumericBase::Dec};
-    settings.appVersion = u"v1.04";
-    settings.textEncoding = TextEncoding::ShiftJis;
-    settings.favoriteEncodings = {TextEncoding::Utf8, TextEncoding::ShiftJis};
-    settings.theme = Theme::Black;
-    settings.uiLanguage = UiLanguage::Japanese;
-    settings.fontFamily = u"ＭＳ ゴシック";
-    settings.fontSize = 10.5F;
-    settings.bold = true;
-    settings.italic = true;
-    settings.recentFiles = {u"C:\\data\\a.bin", u"D:\\b.img"};
-    settings.searchHistory = {{u"hex", u"4D 5A"}, {u"text", u"PE"}};
     EXPECT_EQ(
-        WriteSettingsText(settings),
+        WriteSettingsText(AllChanged(TextEncoding::ShiftJis)),
         Lines({
             R"({)",
             R"(  "appVersion": "v1.04",)",
@@ -94,7 +80,7 @@ TEST(SettingsWriter, WritesACharsetEncodingListsAndEveryOtherChoice) {
             R"(  "language": "Japanese",)",
             R"(  "font": {)",
             R"(    "family": "ＭＳ ゴシック",)",
-            R"(    "size": 10.5,)",
+            R"(    "size": 14.5,)",
             R"(    "bold": true,)",
             R"(    "italic": true)",
             R"(  },)",
@@ -109,8 +95,8 @@ TEST(SettingsWriter, WritesACharsetEncodingListsAndEveryOtherChoice) {
             R"(      "numericBase": "dec")",
             R"(    })",
             R"(  },)",
-            R"(  "recentFiles": ["C:\\data\\a.bin", "D:\\b.img"],)",
-            R"(  "searchHistory": [{"kind": "hex", "query": "4D 5A"}, {"kind": "text", "query": "PE"}])",
+            R"(  "recentFiles": ["C:\\data\\a.bin", "D:\\日本.img"],)",
+            R"(  "searchHistory": [{"kind": "hex", "query": "4D 5A"}, {"kind": "text", "query": "{[\"}"}])",
             R"(})",
         }));
 }

@@ -1,6 +1,6 @@
 #include "settings/string_table.h"
 
-#include "tests/settings/temp_folder.h"
+#include "tests/support/temp_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -12,6 +12,11 @@ namespace {
 
 LocaleQuery UserLocale(std::optional<std::u16string> name) {
     return [name] { return name; };
+}
+
+void WriteStrings(const TempFolder& folder, const std::u16string& locale, std::string_view text) {
+    std::filesystem::create_directories(folder.Root() / "resources" / "strings");
+    folder.Write(u"resources/strings/" + locale + u".txt", text);
 }
 
 TEST(LocaleName, FollowsTheChoiceAndElseTheUsersLocale) {
@@ -85,10 +90,10 @@ TEST(StringFile, GivesOneTextPerLine) {
 
 TEST(StringTableTest, GivesTheTextOfTheCurrentLanguage) {
     const TempFolder folder;
-    folder.Write("resources/strings/en-US.txt", "menu.file=&File\n");
-    folder.Write("resources/strings/ja-JP.txt", "menu.file=ファイル(&F)\n");
+    WriteStrings(folder, u"en-US", "menu.file=&File\n");
+    WriteStrings(folder, u"ja-JP", "menu.file=ファイル(&F)\n");
     StringTable table(UserLocale(u"ja-JP"));
-    table.SetBaseFolder(folder.Path(""));
+    table.SetBaseFolder(folder.Root().u16string());
     EXPECT_EQ(table.Get("menu.file"), u"ファイル(&F)");
     table.SetLanguage(UiLanguage::English);
     EXPECT_EQ(table.Get("menu.file"), u"&File");
@@ -98,10 +103,10 @@ TEST(StringTableTest, GivesTheTextOfTheCurrentLanguage) {
 
 TEST(StringTableTest, ShowsTheKeyForAMissingTextAndNeverAnotherLanguages) {
     const TempFolder folder;
-    folder.Write("resources/strings/en-US.txt", "menu.file.open=&Open...\n");
-    folder.Write("resources/strings/ja-JP.txt", "menu.file.save=上書き保存(&S)\n");
+    WriteStrings(folder, u"en-US", "menu.file.open=&Open...\n");
+    WriteStrings(folder, u"ja-JP", "menu.file.save=上書き保存(&S)\n");
     StringTable table;
-    table.SetBaseFolder(folder.Path(""));
+    table.SetBaseFolder(folder.Root().u16string());
     table.SetLanguage(UiLanguage::Japanese);
     EXPECT_EQ(table.Get("menu.file.open"), u"menu.file.open");
     EXPECT_EQ(table.Get("\xE9"), u"\u00E9"); // widened byte by byte, not decoded
@@ -109,22 +114,22 @@ TEST(StringTableTest, ShowsTheKeyForAMissingTextAndNeverAnotherLanguages) {
 
 TEST(StringTableTest, ReadsEachFileOnce) {
     const TempFolder folder;
-    folder.Write("resources/strings/en-US.txt", "a=first\n");
+    WriteStrings(folder, u"en-US", "a=first\n");
     StringTable table;
-    table.SetBaseFolder(folder.Path(""));
+    table.SetBaseFolder(folder.Root().u16string());
     table.SetLanguage(UiLanguage::English);
     EXPECT_EQ(table.Get("a"), u"first");
-    folder.Write("resources/strings/en-US.txt", "a=second\n");
+    WriteStrings(folder, u"en-US", "a=second\n");
     EXPECT_EQ(table.Get("a"), u"first");
 }
 
 TEST(StringTableTest, LooksForAMissingFileOnce) {
     const TempFolder folder;
     StringTable table;
-    table.SetBaseFolder(folder.Path(""));
+    table.SetBaseFolder(folder.Root().u16string());
     table.SetLanguage(UiLanguage::Japanese);
     EXPECT_EQ(table.Get("a"), u"a");
-    folder.Write("resources/strings/ja-JP.txt", "a=too late\n");
+    WriteStrings(folder, u"ja-JP", "a=too late\n");
     EXPECT_EQ(table.Get("a"), u"a");
     table.SetLanguage(UiLanguage::English);
     EXPECT_EQ(table.Get("a"), u"a");
