@@ -128,8 +128,8 @@ public:
             top_ = text.layout.top;
             color_ = text.color;
         } else {
-            advances_.back() +=
-                text.layout.left - pen_; // the run's next glyph stands where its box is
+            // The next glyph stands where its box begins, not where the last one ended.
+            advances_.back() += text.layout.left - pen_;
             pen_ = text.layout.left;
         }
         for (const char16_t character : text.text) {

@@ -1,0 +1,124 @@
+// A hex view in a window on the screen, for tests: the parent records what it is told. Few rows, as
+// painting text can take a tenth of a second where no graphics card helps.
+#pragma once
+
+#include "hexview/hex_view_layout.h"
+#include "hexview/hex_view_window.h"
+#include "tests/hexview/memory_document.h"
+
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace kvx {
+
+class WindowStage {
+public:
+    static constexpr int kControlId = 2001;
+    static constexpr int kWidth = 820; ///< pixels; room for all columns
+    static constexpr int kHeight = 160;
+
+    explicit WindowStage(Bytes content = CountingBytes(64)) : document(std::move(content)) {
+        const HINSTANCE instance = ::GetModuleHandleW(nullptr);
+        WNDCLASSW parentClass{};
+        parentClass.lpfnWndProc = &ParentProcedure;
+        parentClass.hInstance = instance;
+        parentClass.lpszClassName = L"Kivra.Test.Parent";
+        ::RegisterClassW(&parentClass);
+        parent = ::CreateWindowExW(0, parentClass.lpszClassName, L"", WS_OVERLAPPEDWINDOW, 0, 0,
+                                   1000, 700, nullptr, nullptr, instance, this);
+        HexViewWindow::RegisterWindowClass(instance);
+        window.Create(instance, parent, kControlId);
+        ::ShowWindow(parent, SW_SHOW);
+        ::SetForegroundWindow(parent);
+        View().SetDocument(&document, &document);
+        Resize(kWidth, kHeight);
+        TakeNotifications();
+    }
+    WindowStage(const WindowStage&) = delete;
+    WindowStage& operator=(const WindowStage&) = delete;
+    ~WindowStage() {
+        if (parent != nullptr) ::DestroyWindow(parent);
+    }
+
+    MemoryDocument document;
+    HexViewWindow window;
+    HWND parent = nullptr;
+    std::vector<HexViewNotification> notifications; ///< as they arrived at the parent
+
+    HexView& View() { return window.View(); }
+    const HexViewState& State() { return View().State(); }
+    LRESULT Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
+        return ::SendMessageW(window.Handle(), message, wParam, lParam);
+    }
+    void Type(const std::wstring& characters) {
+        for (const wchar_t character : characters)
+            Send(WM_CHAR, character);
+    }
+
+    /// Resizes the view's window, scroll bars included; pixels.
+    void Resize(int width, int height) {
+        ::SetWindowPos(window.Handle(), nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER);
+    }
+
+    /// Deals with one waiting message; false when there is none.
+    static bool PumpOne() {
+        MSG message;
+        if (!::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) return false;
+        ::DispatchMessageW(&message);
+        return true;
+    }
+
+    /// Pumps until `done`, three seconds at most; gives the last answer.
+    static bool PumpUntil(const std::function<bool()>& done) {
+        const ULONGLONG start = ::GetTickCount64();
+        while (!done() && ::GetTickCount64() - start < 3000)
+            if (!PumpOne()) ::Sleep(10);
+        return done();
+    }
+
+    /// What the parent was told, posted messages included.
+    std::vector<HexViewNotification> TakeNotifications() {
+        MSG message;
+        while (::PeekMessageW(&message, parent, WM_APP, WM_APP + 0xFF, PM_REMOVE))
+            ::DispatchMessageW(&message);
+        return std::exchange(notifications, {});
+    }
+
+    SCROLLINFO Bar(int bar) {
+        SCROLLINFO info{};
+        info.cbSize = sizeof(info);
+        info.fMask = SIF_ALL;
+        ::GetScrollInfo(window.Handle(), bar, &info);
+        return info;
+    }
+
+    /// Middle of a byte's hex digits in pixels, as a mouse message carries it.
+    LPARAM PointOfByte(std::uint64_t offset) {
+        const HexViewState& state = State();
+        const std::uint64_t row = offset / kBytesPerRow - state.topRow;
+        const auto column = static_cast<float>(offset % kBytesPerRow);
+        const float x = HexStart(state) + column * HexCellWidth(state) + state.hexCharWidth;
+        const float y = state.padding + (static_cast<float>(row) + 0.5F) * state.rowHeight;
+        return MAKELPARAM(static_cast<int>(x), static_cast<int>(y));
+    }
+
+private:
+    static LRESULT CALLBACK ParentProcedure(HWND window, UINT message, WPARAM wParam,
+                                            LPARAM lParam) {
+        if (message == WM_NCCREATE) {
+            const auto* const creation = reinterpret_cast<const CREATESTRUCTW*>(lParam);
+            ::SetWindowLongPtrW(window, GWLP_USERDATA,
+                                reinterpret_cast<LONG_PTR>(creation->lpCreateParams));
+        }
+        auto* const stage =
+            reinterpret_cast<WindowStage*>(::GetWindowLongPtrW(window, GWLP_USERDATA));
+        if (stage != nullptr && message >= WM_APP)
+            stage->notifications.push_back(static_cast<HexViewNotification>(message));
+        if (stage != nullptr && message == WM_NCDESTROY) stage->parent = nullptr;
+        return ::DefWindowProcW(window, message, wParam, lParam);
+    }
+};
+
+} // namespace kvx
