@@ -102,15 +102,15 @@ void Exit(Shell& shell) {
     if (ConfirmSaveChanges(shell)) shell.Host().DestroyMainWindow();
 }
 
+// Asked anew for each path: while a message box about the one before it waits, a second drop may
+// have opened a document, which must not be replaced. Nor may one be opened in the middle of a
+// save.
 void OpenDroppedFiles(Shell& shell, const std::vector<std::u16string>& paths) {
-    // During a save the document may be closed for a moment. And while a message box waits, a
-    // second drop may open a document: it must not be replaced by what is left of the first one.
-    bool open = shell.Busy() || shell.Document().IsOpen();
     for (const std::u16string& path : paths) {
-        if (open || shell.Document().IsOpen()) {
+        if (shell.Busy() || shell.Document().IsOpen()) {
             OpenInNewProcess(shell, path);
         } else {
-            open = OpenFile(shell, path);
+            OpenFile(shell, path);
         }
     }
 }

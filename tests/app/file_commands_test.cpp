@@ -169,6 +169,32 @@ TEST_F(FileCommands, ASaveShowsItsProgressAndKeepsTheViewAndTheMenuOff) {
     EXPECT_TRUE(host.status.starts_with(u"status.offset"));
 }
 
+TEST_F(FileCommands, EverySaveShowsItsProgressAnew) {
+    OpenFile(shell, rig.folder.Write(u"data.bin", "content"));
+    host.tickStep = 0;
+    for (int save = 0; save < 2; ++save) {
+        EXPECT_TRUE(shell.Document().OverwriteByte(6, save == 0 ? 'T' : 't'));
+        EXPECT_TRUE(SaveFile(shell));
+    }
+    EXPECT_THAT(host.painted, ElementsAre(u"status.saving", u"status.saving 100%", u"status.saving",
+                                          u"status.saving 100%"));
+}
+
+TEST_F(FileCommands, AFileThatCannotBeOpenedAgainAfterItsSaveIsShownNoLonger) {
+    OpenModified(u"data.bin", "content");
+    shell.View().ToggleEditable();
+    shell.View().SetCaret(5);
+    rig.files.refusesReading = true;
+    EXPECT_FALSE(SaveFile(shell));
+    ASSERT_EQ(host.boxes.size(), 1U);
+    EXPECT_TRUE(host.boxes[0].starts_with(u"error.save_failed")) << "whatever the reason";
+    EXPECT_EQ(rig.folder.Read(u"data.bin"), "!ontent");
+    EXPECT_EQ(host.title, u"app.title");
+    EXPECT_TRUE(SaveIsGrey());
+    EXPECT_EQ(shell.View().State().caret, 0U);
+    EXPECT_FALSE(shell.View().State().editable);
+}
+
 TEST_F(FileCommands, CommandsThatArriveDuringASaveAreDropped) {
     OpenModified(u"data.bin", "content");
     const std::u16string other = rig.folder.Write(u"other.bin", "other");

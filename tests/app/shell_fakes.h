@@ -56,7 +56,7 @@ public:
     void StartFlashTimer() override { flashTimerRuns = true; }
     void StopFlashTimer() override { flashTimerRuns = false; }
     void SoundWarning() override { ++warnings; }
-    std::uint64_t Tick() override { return tick += 1000; }
+    std::uint64_t Tick() override { return tick += tickStep; }
     void DestroyMainWindow() override { destroyed = true; }
 
     // What the user does.
@@ -79,7 +79,8 @@ public:
     bool viewEnabled = true;
     bool flashTimerRuns = false;
     int warnings = 0;
-    std::uint64_t tick = 0;
+    std::uint64_t tick = 0;        ///< milliseconds
+    std::uint64_t tickStep = 1000; ///< by which each look at the clock finds it moved
     bool destroyed = false;
 
 private:
@@ -111,12 +112,14 @@ public:
     float LineHeight(const FontSpec&) override { return 16.0F; }
 };
 
-/// The system's files, of which none can be opened for writing while `refusesWriting` is set.
+/// The system's files, of which none can be opened while that is refused.
 class RefusingFiles final : public FileLayer {
 public:
     std::unique_ptr<ReadableFile> OpenForReading(const std::u16string& path,
                                                  ErrorCode& error) override {
-        return SystemFileLayer().OpenForReading(path, error);
+        if (!refusesReading) return SystemFileLayer().OpenForReading(path, error);
+        error = kAccessDenied;
+        return nullptr;
     }
     std::unique_ptr<WritableFile> OpenForWriting(const std::u16string& path,
                                                  ErrorCode& error) override {
@@ -141,6 +144,7 @@ public:
     }
 
     static constexpr ErrorCode kAccessDenied = 5;
+    bool refusesReading = false;
     bool refusesWriting = false;
 };
 
