@@ -3,79 +3,99 @@
 #include "pattern/names.h"
 
 #include <algorithm>
+#include <array>
+#include <span>
+#include <utility>
 
 namespace kvx {
 namespace {
 
-using Tokens = std::span<const PatternToken>;
-
-bool IsIdentifier(const PatternToken& token) {
-    return token.kind == TokenKind::Identifier;
-}
-
-/// Index of the name: the last identifier, but not the count in a closing `[count]`.
-std::optional<std::size_t> FindName(Tokens tokens) {
-    std::size_t end = tokens.size();
-    if (end >= 3 && tokens[end - 3].IsSymbol(u'[') && tokens[end - 1].IsSymbol(u']')) end -= 3;
-    while (end > 0) {
-        if (IsIdentifier(tokens[--end])) return end;
+/// Reads the tokens up to the name at index `end` as type words and stars into `member`; gives the
+/// message when there is more.
+std::u16string_view ParseType(ParseState& state, PatternLexer& tokens, std::size_t end,
+                              MemberDecl& member) {
+    std::u16string& typeName = state.typeName;
+    typeName.clear();
+    bool supported = true;
+    for (std::size_t index = 0; index < end; ++index, tokens.Advance()) {
+        const PatternToken& token = tokens.Current();
+        if (token.kind == TokenKind::Identifier) {
+            if (!typeName.empty()) typeName += u' ';
+            AppendNormalized(typeName, token.text);
+        } else if (token.IsSymbol(u'*')) {
+            ++member.pointerDepth;
+        } else {
+            supported = false;
+        }
     }
-    return std::nullopt;
+    if (!supported) return u"Unsupported declaration syntax.";
+    if (typeName.empty()) return u"Type specifier was not found.";
+    member.typeName = &state.texts->typeNames.Enter(typeName);
+    return {};
 }
 
-/// Reads what follows the name into `member`; gives the message when it is not an array suffix.
-std::u16string_view ParseArraySuffix(Tokens suffix, MemberDecl& member) {
-    if (suffix.empty()) return {};
-    if (!suffix[0].IsSymbol(u'[')) return u"Unexpected tokens after declaration name.";
-    if (suffix.size() >= 2 && suffix[1].IsSymbol(u']')) {
-        if (suffix.size() > 2) return u"Unexpected tokens after flexible array declaration.";
+/// Reads the `length` tokens behind the name into `member`; gives the message when they are not an
+/// array suffix.
+std::u16string_view ParseArraySuffix(PatternLexer& tokens, std::size_t length, MemberDecl& member) {
+    std::array<PatternToken, 3> first;
+    for (PatternToken& token : std::span(first).first(std::min(length, first.size()))) {
+        token = tokens.Current();
+        tokens.Advance();
+    }
+    if (length == 0) return {};
+    if (!first[0].IsSymbol(u'[')) return u"Unexpected tokens after declaration name.";
+    if (first[1].IsSymbol(u']')) {
+        if (length > 2) return u"Unexpected tokens after flexible array declaration.";
         member.count = 0;
         member.isFlexibleArray = true;
         return {};
     }
-    if (suffix.size() < 3 || !suffix[2].IsSymbol(u']')) return u"Invalid array declaration.";
-    const std::optional<std::uint64_t> count = ParseUnsigned(suffix[1].text);
+    if (!first[2].IsSymbol(u']')) return u"Invalid array declaration.";
+    const std::optional<std::uint64_t> count = ParseUnsigned(first[1].text);
     if (!count) return u"Invalid array count.";
-    if (suffix.size() > 3) return u"Unexpected tokens after array declaration.";
+    if (length > 3) return u"Unexpected tokens after array declaration.";
     member.count = *count;
-    return {};
-}
-
-/// Reads the words and stars before the name into `member`; gives the message when there is more.
-std::u16string_view ParseType(TypeNames& typeNames, Tokens words, MemberDecl& member) {
-    std::u16string typeName;
-    for (const PatternToken& token : words) {
-        if (token.IsSymbol(u'*')) {
-            ++member.type.pointerDepth;
-        } else if (IsIdentifier(token)) {
-            if (!typeName.empty()) typeName += u' ';
-            typeName += token.text;
-        } else {
-            return u"Unsupported declaration syntax.";
-        }
-    }
-    if (typeName.empty()) return u"Type specifier was not found.";
-    member.type.name = &typeNames.Enter(NormalizeName(typeName));
     return {};
 }
 
 } // namespace
 
-Outcome<MemberDecl> ParseMemberDeclaration(TypeNames& typeNames, Tokens tokens) {
-    using Result = Outcome<MemberDecl>;
-    if (tokens.empty()) return Result::Failure(u"Empty declaration.");
-    if (std::ranges::any_of(tokens, [](const auto& token) { return token.IsSymbol(u','); }))
-        return Result::Failure(u"Multiple declarators are not supported in v1.");
-    const std::optional<std::size_t> name = FindName(tokens);
-    if (!name) return Result::Failure(u"Declaration name was not found.");
+DeclarationOutline OutlineDeclaration(PatternLexer& tokens) {
+    DeclarationOutline outline(tokens);
+    std::optional<std::size_t> openingBracket;
+    std::optional<std::size_t> nameBefore; // the last identifier but one
+    bool closes = false;
+    for (; !tokens.AtEnd() && !tokens.Current().IsSymbol(u';'); tokens.Advance()) {
+        const PatternToken& token = tokens.Current();
+        closes = token.IsSymbol(u']');
+        if (token.kind == TokenKind::Identifier)
+            nameBefore = std::exchange(outline.name, outline.length);
+        if (token.IsSymbol(u'[')) openingBracket = outline.length;
+        if (token.IsSymbol(u',')) outline.hasComma = true;
+        if (token.IsSymbol(u'{') && !outline.openingBrace) outline.openingBrace = token.position;
+        ++outline.length;
+    }
+    // A word in the brackets that close the declaration is a count, though a wrong one, not the
+    // name.
+    const bool closesWithCount = closes && openingBracket && *openingBracket + 3 == outline.length;
+    if (closesWithCount && outline.name == *openingBracket + 1) outline.name = nameBefore;
+    return outline;
+}
 
-    MemberDecl member;
-    member.name = tokens[*name].text;
-    member.position = tokens.front().position;
-    std::u16string_view problem = ParseArraySuffix(tokens.subspan(*name + 1), member);
-    if (problem.empty()) problem = ParseType(typeNames, tokens.first(*name), member);
-    if (!problem.empty()) return Result::Failure(std::u16string(problem));
-    return Result::Success(member);
+std::u16string_view ParseMemberDeclaration(ParseState& state, const DeclarationOutline& outline,
+                                           MemberDecl& member) {
+    if (outline.length == 0) return u"Empty declaration.";
+    if (outline.hasComma) return u"Multiple declarators are not supported in v1.";
+    if (!outline.name) return u"Declaration name was not found.";
+
+    PatternLexer tokens = outline.start;
+    member.position = tokens.Current().position;
+    const std::u16string_view typeProblem = ParseType(state, tokens, *outline.name, member);
+    member.name = tokens.Current().text;
+    tokens.Advance();
+    const std::u16string_view suffixProblem =
+        ParseArraySuffix(tokens, outline.length - *outline.name - 1, member);
+    return suffixProblem.empty() ? typeProblem : suffixProblem;
 }
 
 } // namespace kvx

@@ -1,16 +1,35 @@
 // Reads one member declaration, the part between two semicolons.
+//
+// The name is the last identifier, so the end must be seen before anything has a meaning: the
+// declaration is looked over first and then read from its start. No list of tokens is kept, however
+// long a declaration goes on.
 #pragma once
 
-#include "pattern/outcome.h"
 #include "pattern/parse_state.h"
 
-#include <span>
+#include <cstddef>
+#include <optional>
+#include <string_view>
 
 namespace kvx {
 
-/// Reads `tokens` (without the semicolon) as `type words and * ... name [count]`. A failure is the
-/// message alone; the caller knows where to point.
-Outcome<MemberDecl> ParseMemberDeclaration(TypeNames& typeNames,
-                                           std::span<const PatternToken> tokens);
+/// What looking over a declaration has told. Indices count its tokens from 0.
+struct DeclarationOutline {
+    explicit DeclarationOutline(const PatternLexer& tokens) : start(tokens) {}
+
+    PatternLexer start; ///< at the first token
+    std::size_t length = 0;
+    std::optional<std::size_t> name;
+    std::optional<SourcePosition> openingBrace; ///< of the first one
+    bool hasComma = false;
+};
+
+/// Looks over the tokens up to, not including, the next semicolon or the end, and moves there.
+DeclarationOutline OutlineDeclaration(PatternLexer& tokens);
+
+/// Reads the outlined declaration as `type words and * ... name [count]` into `member`. Gives the
+/// message when it is not one, empty otherwise; the caller knows where to point.
+std::u16string_view ParseMemberDeclaration(ParseState& state, const DeclarationOutline& outline,
+                                           MemberDecl& member);
 
 } // namespace kvx

@@ -11,10 +11,10 @@ Outcome<std::size_t> ChooseEntry(const ParseState& state) {
             return Result::Failure(u"@entry is required when multiple structs are defined.");
         return Result::Success(0);
     }
-    const TypeName* name = state.texts->typeNames.Find(NormalizeName(*state.entryName));
-    if (name == nullptr || !name->structIndex)
-        return Result::Failure(u"@entry refers to an undefined struct.");
-    return Result::Success(*name->structIndex);
+    const std::optional<std::size_t> index =
+        state.texts->typeNames.FindStruct(NormalizeName(*state.entryName));
+    return index ? Result::Success(*index)
+                 : Result::Failure(u"@entry refers to an undefined struct.");
 }
 
 } // namespace kvx

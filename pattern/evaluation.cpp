@@ -11,10 +11,6 @@ namespace {
 constexpr std::array<std::u16string_view, 5> kCharacterTypes = {
     u"char", u"signed char", u"unsigned char", u"int8_t", u"uint8_t"};
 
-bool IsEmbeddedStruct(const StructMemberLayout& member) {
-    return member.kind == MemberKind::Struct && member.count == 1 && !member.isPadding;
-}
-
 /// True for what is shown as raw bytes instead of one number.
 bool IsShownAsBytes(const StructMemberLayout& member) {
     return member.isFlexibleArray || member.count >= 2 || member.kind == MemberKind::Struct;
@@ -22,13 +18,12 @@ bool IsShownAsBytes(const StructMemberLayout& member) {
 
 class Evaluator {
 public:
-    explicit Evaluator(const StructEvalRequest& request) : request_(request) {
-        rows_.reserve(kMaxStructRows + 1);
-    }
+    explicit Evaluator(const StructEvalRequest& request) : request_(request) {}
 
     /// Walks the structs member by member. Every level below the first adds a row, so the limit on
     /// rows also limits the depth.
     std::vector<StructViewRow> Run(const ResolvedStructInfo& entry) {
+        rows_.reserve(std::min(entry.members.size(), kMaxStructRows) + 1);
         levels_.push_back({&entry, 0, 0});
         while (!levels_.empty()) {
             Level& level = levels_.back();
@@ -43,8 +38,8 @@ public:
             }
             const std::uint64_t offset = level.offset + member.offset;
             AddRow(member, offset);
-            if (IsEmbeddedStruct(member) && member.structIndex < request_.pattern->structs.size())
-                levels_.push_back({&request_.pattern->structs[member.structIndex], offset, 0});
+            const ResolvedStructInfo* type = request_.pattern->StructAt(member.structIndex);
+            if (type != nullptr && member.count == 1) levels_.push_back({type, offset, 0});
         }
         return std::move(rows_);
     }
@@ -59,7 +54,7 @@ private:
     void AddRow(const StructMemberLayout& member, std::uint64_t offset) {
         StructViewRow& row = rows_.emplace_back();
         row.name.assign(2 * (levels_.size() - 1), u' ').append(member.name);
-        AppendDecimal(row.size, member.isFlexibleArray ? member.elementSize : member.totalSize);
+        AppendDecimal(row.size, member.isFlexibleArray ? member.elementSize : member.TotalSize());
         if (member.isFlexibleArray) row.size += u'+';
         row.offset = u"0x";
         AppendHex(row.offset, request_.baseOffset + offset);
@@ -88,8 +83,8 @@ private:
         if (offset > bytes.size()) return std::nullopt;
         const ByteView rest = bytes.subspan(static_cast<std::size_t>(offset));
         if (member.isFlexibleArray) return rest;
-        if (member.totalSize > rest.size()) return std::nullopt;
-        return rest.first(static_cast<std::size_t>(member.totalSize));
+        if (member.TotalSize() > rest.size()) return std::nullopt;
+        return rest.first(static_cast<std::size_t>(member.TotalSize()));
     }
 
     const StructEvalRequest& request_;

@@ -44,6 +44,7 @@ private:
 
     struct Frame {
         std::size_t index;
+        std::size_t firstRow; ///< of this struct in rows_
         std::size_t nextMember = 0;
         std::uint64_t offset = 0;
     };
@@ -61,7 +62,7 @@ private:
             }
             const Step step = PlaceNextMember(frame);
             if (step == Step::Failed) return false;
-            if (step == Step::NeedsStruct) Enter(neededStruct_);
+            if (step == Step::NeedsStruct) Enter(*neededStruct_);
         }
         return true;
     }
@@ -69,9 +70,8 @@ private:
     void Enter(std::size_t index) {
         const StructDefinition& definition = state_.structs[index];
         progress_[index] = Progress::InProgress;
-        results_[index].name = ShownStructName(definition);
-        results_[index].members.reserve(definition.members.size());
-        stack_.push_back({index});
+        results_[index].name = definition.name.empty() ? u"<anonymous>" : definition.name;
+        stack_.push_back({index, rows_.size()});
     }
 
     Step PlaceNextMember(Frame& frame) {
@@ -80,9 +80,9 @@ private:
         if (member.isFlexibleArray && frame.nextMember + 1 != members.size())
             return FailStep(member, u"Flexible array member must be the last member.");
 
-        neededStruct_ = kNoStruct;
+        neededStruct_.reset();
         const Outcome<ResolvedType> type = ResolveType(state_, member, resolver_);
-        if (!type && neededStruct_ != kNoStruct) return Step::NeedsStruct;
+        if (!type && neededStruct_) return Step::NeedsStruct;
         if (!type) {
             Fail(state_, type.error);
             return Step::Failed;
@@ -109,27 +109,25 @@ private:
         ResolvedStructInfo& result = results_[frame.index];
         const std::uint64_t alignment = EffectiveAlignment(type.alignment);
         result.alignment = std::max(result.alignment, alignment);
-        if (!Pad(result, frame.offset, alignment)) return FailStep(member, kTooLarge);
+        if (!Pad(frame.offset, alignment)) return FailStep(member, kTooLarge);
 
         const std::optional<std::uint64_t> total = Multiply(type.size, member.count);
         const std::optional<std::uint64_t> end = total ? Add(frame.offset, *total) : std::nullopt;
         if (!end) return FailStep(member, kTooLarge);
-        StructMemberLayout& row = result.members.emplace_back();
+        if (*total == 0 && !type.isPointer && !member.isFlexibleArray)
+            return FailStep(member,
+                            u"Unsupported zero-sized member type: " + member.typeName->text);
+        StructMemberLayout& row = rows_.emplace_back();
         row.name = member.name;
-        row.typeName = member.type.name->text;
-        row.kind = type.kind;
+        row.typeName = member.typeName->text;
         row.offset = frame.offset;
         row.elementSize = type.size;
-        row.totalSize = *total;
         row.count = member.count;
+        row.structIndex = type.structIndex;
+        row.kind = type.kind;
         row.isFlexibleArray = member.isFlexibleArray;
         row.isPointer = type.isPointer;
         row.isSigned = type.isSigned;
-        row.structName = type.structName;
-        row.structIndex = type.structIndex;
-        if (*total == 0 && !row.isPointer && !row.isFlexibleArray)
-            return FailStep(member,
-                            u"Unsupported zero-sized member type: " + member.type.name->text);
         frame.offset = *end;
         ++frame.nextMember;
         return Step::Placed;
@@ -137,9 +135,12 @@ private:
 
     bool Finish(Frame& frame) {
         ResolvedStructInfo& result = results_[frame.index];
-        if (!Pad(result, frame.offset, EffectiveAlignment(result.alignment)))
+        if (!Pad(frame.offset, EffectiveAlignment(result.alignment)))
             return FailAt(state_, state_.structs[frame.index].members.back().position, kTooLarge);
         result.size = frame.offset;
+        const auto first = rows_.begin() + static_cast<std::ptrdiff_t>(frame.firstRow);
+        result.members.assign(first, rows_.end());
+        rows_.erase(first, rows_.end());
         progress_[frame.index] = Progress::Done;
         return true;
     }
@@ -150,20 +151,19 @@ private:
     }
 
     /// Fills the gap up to the next multiple of `alignment`; false when that leaves 64 bits.
-    static bool Pad(ResolvedStructInfo& result, std::uint64_t& offset, std::uint64_t alignment) {
+    bool Pad(std::uint64_t& offset, std::uint64_t alignment) {
         const std::uint64_t over = offset % alignment;
         if (over == 0) return true;
         const std::uint64_t gap = alignment - over;
         const std::optional<std::uint64_t> end = Add(offset, gap);
         if (!end) return false;
-        StructMemberLayout& row = result.members.emplace_back();
+        StructMemberLayout& row = rows_.emplace_back();
         row.name = u"<padding>";
         row.typeName = u"padding";
-        row.kind = MemberKind::Struct;
         row.offset = offset;
         row.elementSize = 1;
-        row.totalSize = gap;
         row.count = gap;
+        row.kind = MemberKind::Struct;
         row.isPadding = true;
         offset = *end;
         return true;
@@ -178,7 +178,8 @@ private:
     std::vector<ResolvedStructInfo> results_;
     std::vector<Progress> progress_;
     std::vector<Frame> stack_;
-    std::size_t neededStruct_ = kNoStruct;
+    std::vector<StructMemberLayout> rows_; ///< of the structs on the stack, one behind the other
+    std::optional<std::size_t> neededStruct_;
     StructResolver resolver_;
 };
 

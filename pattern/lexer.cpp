@@ -3,113 +3,118 @@
 #include "pattern/source_text.h"
 #include "platform/characters.h"
 
+#include <algorithm>
+#include <array>
+#include <utility>
+
 namespace kvx {
 namespace {
 
-constexpr std::u16string_view kSymbols = u"@{}[];,*";
+// What a character may be, as bits.
+constexpr unsigned kBlank = 1;
+constexpr unsigned kDigit = 2; ///< part of a number
+constexpr unsigned kStart = 4; ///< begins an identifier
+constexpr unsigned kWord = 8;  ///< continues an identifier
+constexpr unsigned kSymbol = 16;
 
-bool IsDigit(char16_t unit) {
-    return unit >= u'0' && unit <= u'9';
+constexpr unsigned ClassifyAscii(char16_t unit) {
+    if (IsSpace(unit)) return kBlank;
+    if (IsLetter(unit) || unit == u'_') return kStart | kWord;
+    if (IsLetterOrDigit(unit)) return kDigit | kWord;
+    return std::u16string_view(u"@{}[];,*").find(unit) != std::u16string_view::npos ? kSymbol : 0;
 }
 
-bool StartsIdentifier(char16_t unit) {
-    return unit == u'_' || IsLetter(unit);
+constexpr std::array<std::uint8_t, 128> kAsciiClasses = [] {
+    std::array<std::uint8_t, 128> classes{};
+    for (char16_t unit = 0; unit < classes.size(); ++unit)
+        classes[unit] = static_cast<std::uint8_t>(ClassifyAscii(unit));
+    return classes;
+}();
+
+unsigned ClassOf(char16_t unit) {
+    if (unit < kAsciiClasses.size()) return kAsciiClasses[unit];
+    if (IsLetter(unit)) return kStart | kWord;
+    if (IsLetterOrDigit(unit)) return kWord;
+    return IsSpace(unit) ? kBlank : 0;
 }
-
-bool ContinuesIdentifier(char16_t unit) {
-    return unit == u'_' || IsLetterOrDigit(unit);
-}
-
-class Lexer {
-public:
-    explicit Lexer(std::u16string_view source) : source_(source) {}
-
-    Outcome<std::vector<PatternToken>> Run() {
-        while (error_.empty() && offset_ < source_.size())
-            Next();
-        if (!error_.empty()) return Outcome<std::vector<PatternToken>>::Failure(std::move(error_));
-        Add(TokenKind::End, 0);
-        return Outcome<std::vector<PatternToken>>::Success(std::move(tokens_));
-    }
-
-private:
-    void Next() {
-        const char16_t unit = source_[offset_];
-        if (unit == u'\r') { // takes no column, so that CR LF and LF files report the same places
-            ++offset_;
-        } else if (unit == u'\n') {
-            Skip(1);
-        } else if (IsSpace(unit)) {
-            Skip(1);
-        } else if (StartsWith(u"//")) {
-            SkipLineComment();
-        } else if (StartsWith(u"/*")) {
-            SkipBlockComment();
-        } else if (StartsIdentifier(unit)) {
-            AddRun(TokenKind::Identifier, ContinuesIdentifier);
-        } else if (IsDigit(unit)) {
-            AddRun(TokenKind::Number, IsDigit);
-        } else if (kSymbols.find(unit) != std::u16string_view::npos) {
-            Add(TokenKind::Symbol, 1);
-        } else {
-            error_ = FormatPositionedMessage(source_, position_,
-                                             u"Unexpected character in definition file.");
-        }
-    }
-
-    bool StartsWith(std::u16string_view text) const {
-        return source_.substr(offset_).starts_with(text);
-    }
-
-    /// Passes `count` characters; a line feed starts a new line, any other takes one column.
-    void Skip(std::size_t count) {
-        for (const char16_t unit : source_.substr(offset_, count)) {
-            if (unit == u'\n')
-                position_ = {position_.line + 1, 1};
-            else
-                ++position_.column;
-        }
-        offset_ += count;
-    }
-
-    void SkipLineComment() {
-        const std::size_t end = source_.find(u'\n', offset_);
-        Skip(std::min(end, source_.size()) - offset_);
-    }
-
-    void SkipBlockComment() {
-        const std::size_t end = source_.find(u"*/", offset_ + 2);
-        if (end == std::u16string_view::npos)
-            error_ = u"Unterminated block comment.";
-        else
-            Skip(end + 2 - offset_);
-    }
-
-    template <typename Continues>
-    void AddRun(TokenKind kind, Continues continues) {
-        std::size_t end = offset_ + 1;
-        while (end < source_.size() && continues(source_[end]))
-            ++end;
-        Add(kind, end - offset_);
-    }
-
-    void Add(TokenKind kind, std::size_t length) {
-        tokens_.push_back({source_.substr(offset_, length), position_, kind});
-        offset_ += length;
-        position_.column += static_cast<std::uint32_t>(length);
-    }
-
-    std::u16string_view source_;
-    std::size_t offset_ = 0;
-    SourcePosition position_;
-    std::vector<PatternToken> tokens_;
-    std::u16string error_;
-};
 
 } // namespace
 
-Outcome<std::vector<PatternToken>> Tokenize(std::u16string_view source) {
-    return Lexer(source).Run();
+void PatternLexer::Advance() {
+    SkipBlanksAndComments();
+    if (offset_ == source_.size()) return Take(TokenKind::End, 0);
+    const unsigned classes = ClassOf(source_[offset_]);
+    if ((classes & kStart) != 0) return Take(TokenKind::Identifier, RunLength(kWord));
+    if ((classes & kDigit) != 0) return Take(TokenKind::Number, RunLength(kDigit));
+    if ((classes & kSymbol) != 0) return Take(TokenKind::Symbol, 1);
+    return Stop(
+        FormatPositionedMessage(source_, Position(), u"Unexpected character in definition file."));
+}
+
+void PatternLexer::SkipBlanksAndComments() {
+    while (offset_ < source_.size()) {
+        const char16_t unit = source_[offset_];
+        if (unit == u'\n') {
+            PassLineFeed();
+        } else if (unit == u'\r') {
+            ++columnOrigin_; // takes no column, so that CR LF and LF files report the same places
+            ++offset_;
+        } else if (ClassOf(unit) == kBlank) {
+            ++offset_;
+        } else if (unit == u'/' && StartsWith(u"//")) {
+            SkipLineComment();
+        } else if (unit == u'/' && StartsWith(u"/*")) {
+            SkipBlockComment();
+        } else {
+            return;
+        }
+    }
+}
+
+void PatternLexer::PassLineFeed() {
+    columnOrigin_ = ++offset_;
+    ++line_;
+}
+
+void PatternLexer::SkipLineComment() {
+    offset_ = std::min(source_.find(u'\n', offset_), source_.size());
+}
+
+void PatternLexer::SkipBlockComment() {
+    const std::size_t end = source_.find(u"*/", offset_ + 2);
+    if (end == std::u16string_view::npos) {
+        Stop(u"Unterminated block comment.");
+        return;
+    }
+    while (offset_ < end) {
+        if (source_[offset_] == u'\n')
+            PassLineFeed();
+        else
+            ++offset_;
+    }
+    offset_ = end + 2;
+}
+
+/// Length of the run of characters from here on that have one of `classes`.
+std::size_t PatternLexer::RunLength(unsigned classes) const {
+    std::size_t end = offset_ + 1;
+    while (end < source_.size() && (ClassOf(source_[end]) & classes) != 0)
+        ++end;
+    return end - offset_;
+}
+
+void PatternLexer::Take(TokenKind kind, std::size_t length) {
+    current_.text = source_.substr(offset_, length);
+    current_.position = Position();
+    current_.kind = kind;
+    offset_ += length;
+}
+
+/// Ends the text here, so that nothing but the end token follows.
+void PatternLexer::Stop(std::u16string error) {
+    error_ = std::move(error);
+    source_ = source_.substr(0, offset_);
+    Take(TokenKind::End, 0);
 }
 
 } // namespace kvx

@@ -2,7 +2,6 @@
 
 #include "pattern/entry.h"
 #include "pattern/layout.h"
-#include "pattern/lexer.h"
 #include "pattern/parser.h"
 #include "pattern/source_text.h"
 
@@ -40,13 +39,14 @@ bool ReadWhole(const ReadableFile& file, std::span<std::uint8_t> target) {
 }
 
 bool Parse(ParseState& state) {
-    Outcome<std::vector<PatternToken>> tokens = Tokenize(state.texts->source);
-    if (!tokens) return Fail(state, std::move(tokens.error));
-    state.tokens = std::move(*tokens.value);
-    while (!state.AtEnd()) {
-        if (!ParseTopLevel(state)) return false;
-    }
-    return true;
+    bool parsed = true;
+    while (parsed && !state.tokens.AtEnd())
+        parsed = ParseTopLevel(state);
+    // What is no token at all is told first, even when the parser has stopped before it.
+    while (!state.tokens.AtEnd())
+        state.tokens.Advance();
+    if (!state.tokens.Error().empty()) return Fail(state, state.tokens.Error());
+    return parsed;
 }
 
 /// Lays out what `state` has parsed and chooses the entry.
@@ -60,7 +60,7 @@ Result Complete(ParseState& state) {
     auto pattern = std::make_shared<StructPatternFile>();
     pattern->settings = state.settings;
     pattern->structs = std::move(*structs.value);
-    pattern->entryIndex = *entry.value;
+    pattern->entryIndex = static_cast<std::uint32_t>(*entry.value);
     pattern->entryName = pattern->structs[*entry.value].name;
     pattern->entryIsImplicit = !state.entryName;
     pattern->texts = state.texts;
@@ -87,8 +87,7 @@ Result LoadStructPatternFile(const std::u16string& path, FileLayer& files) {
 Result LoadStructPattern(ByteView bytes) {
     std::optional<std::u16string> source = DecodePatternSource(bytes);
     if (!source) return FailToDecode();
-    ParseState state;
-    state.texts->source = std::move(*source);
+    ParseState state(std::move(*source));
     return Parse(state) ? Complete(state) : Result::Failure(std::move(state.error));
 }
 

@@ -2,6 +2,7 @@
 
 #include "platform/characters.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace kvx {
@@ -22,8 +23,13 @@ std::u16string NormalizeName(std::u16string_view name) {
     return normalized;
 }
 
-bool NamesMatch(std::u16string_view name, std::u16string_view normalized) {
-    return NormalizeName(name) == normalized;
+void AppendNormalized(std::u16string& text, std::u16string_view word) {
+    for (const char16_t unit : word)
+        text += ToLower(unit);
+}
+
+bool WordMatches(std::u16string_view word, std::u16string_view normalized) {
+    return std::ranges::equal(word, normalized, {}, ToLower);
 }
 
 bool IsSignedTypeName(std::u16string_view typeName) {

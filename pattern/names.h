@@ -12,8 +12,11 @@ namespace kvx {
 /// run of inner white space one blank.
 std::u16string NormalizeName(std::u16string_view name);
 
-/// True when `name` normalises to `normalized`.
-bool NamesMatch(std::u16string_view name, std::u16string_view normalized);
+/// Appends the normalised form of one word, which has no white space.
+void AppendNormalized(std::u16string& text, std::u16string_view word);
+
+/// True when `word`, which has no white space, normalises to `normalized`.
+bool WordMatches(std::u16string_view word, std::u16string_view normalized);
 
 /// Signedness that a normalised type name tells: false for the unsigned spellings, for `float`,
 /// `double` and `void`, true for all others.

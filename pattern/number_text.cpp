@@ -1,6 +1,6 @@
 #include "pattern/number_text.h"
 
-#include <array>
+#include <algorithm>
 #include <string_view>
 
 namespace kvx {
@@ -10,13 +10,13 @@ constexpr std::u16string_view kDigits = u"0123456789ABCDEF";
 
 template <std::uint64_t Base>
 void AppendNumber(std::u16string& text, std::uint64_t value, std::size_t minimum) {
-    std::array<char16_t, 20> buffer; // 2^64 - 1 has 20 decimal digits
-    std::size_t used = 0;
-    do {
-        buffer[buffer.size() - ++used] = kDigits[value % Base];
-        value /= Base;
-    } while (value != 0 || used < minimum);
-    text.append(buffer.data() + buffer.size() - used, used);
+    std::size_t digits = 1;
+    for (std::uint64_t rest = value / Base; rest != 0; rest /= Base)
+        ++digits;
+    digits = std::max(digits, minimum);
+    text.resize(text.size() + digits);
+    for (auto place = text.rbegin(); digits > 0; --digits, value /= Base)
+        *place++ = kDigits[value % Base];
 }
 
 } // namespace

@@ -2,8 +2,8 @@
 // resolution and layout; used from one thread.
 #pragma once
 
+#include "pattern/lexer.h"
 #include "pattern/pattern_settings.h"
-#include "pattern/token.h"
 #include "pattern/type_names.h"
 
 #include <cstddef>
@@ -12,12 +12,15 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace kvx {
 
 /// What all later results point into. Shared by the parse state and the finished pattern file.
 struct PatternTexts {
+    explicit PatternTexts(std::u16string text) : source(std::move(text)) {}
+
     std::u16string source; ///< the decoded file
     TypeNames typeNames;
 };
@@ -25,10 +28,13 @@ struct PatternTexts {
 /// One member as declared; also the form of a typedef that names no struct.
 struct MemberDecl {
     std::u16string_view name; ///< as written
-    TypeReference type;
+    TypeName* typeName = nullptr;
     std::uint64_t count = 1; ///< elements; 1 for a plain member, 0 for a flexible array
-    bool isFlexibleArray = false;
     SourcePosition position; ///< of the declaration's first token
+    std::uint32_t pointerDepth = 0;
+    bool isFlexibleArray = false;
+
+    TypeReference Type() const { return {typeName, pointerDepth}; }
 };
 
 struct StructDefinition {
@@ -39,19 +45,19 @@ struct StructDefinition {
 
 /// What the file has told so far. `error` holds the first error; nothing is read after it.
 struct ParseState {
-    std::shared_ptr<PatternTexts> texts = std::make_shared<PatternTexts>();
-    std::vector<PatternToken> tokens; ///< ends with the end token
-    std::size_t position = 0;         ///< of the current token, at most the end token's
+    explicit ParseState(std::u16string source)
+        : texts(std::make_shared<PatternTexts>(std::move(source))), tokens(texts->source) {}
+
+    std::shared_ptr<PatternTexts> texts;
+    PatternLexer tokens; ///< stands at the token to be read next
     PatternSettings settings;
     std::optional<std::u16string> entryName; ///< target of `@entry`, "struct X" kept as written
     std::vector<StructDefinition> structs;   ///< in source order
     std::u16string error;
 
-    const PatternToken& Current() const { return tokens[position]; }
-    bool AtEnd() const { return Current().kind == TokenKind::End; }
-    void Advance() {
-        if (!AtEnd()) ++position;
-    }
+    // Of the struct and the declaration being read; kept from one to the next for their memory.
+    std::vector<MemberDecl> members;
+    std::u16string typeName;
 };
 
 /// Sets the state's error to `message` pointing at `place`; always false.

@@ -4,7 +4,7 @@
 #include "pattern/directives.h"
 #include "pattern/names.h"
 
-#include <span>
+#include <optional>
 
 namespace kvx {
 namespace {
@@ -14,39 +14,39 @@ bool IsIdentifier(const PatternToken& token) {
 }
 
 bool IsKeyword(const PatternToken& token, std::u16string_view keyword) {
-    return IsIdentifier(token) && NamesMatch(token.text, keyword);
+    return IsIdentifier(token) && WordMatches(token.text, keyword);
 }
 
 bool FailHere(ParseState& state, std::u16string_view message) {
-    return FailAt(state, state.Current().position, message);
+    return FailAt(state, state.tokens.Current().position, message);
 }
 
 /// Takes the symbol at the current token or fails there with `message`.
 bool ExpectSymbol(ParseState& state, char16_t symbol, std::u16string_view message) {
-    if (!state.Current().IsSymbol(symbol)) return FailHere(state, message);
-    state.Advance();
+    if (!state.tokens.Current().IsSymbol(symbol)) return FailHere(state, message);
+    state.tokens.Advance();
     return true;
 }
 
 /// Takes the identifier at the current token into `text` or fails there with `message`.
 bool ExpectIdentifier(ParseState& state, std::u16string_view& text, std::u16string_view message) {
-    if (!IsIdentifier(state.Current())) return FailHere(state, message);
-    text = state.Current().text;
-    state.Advance();
+    if (!IsIdentifier(state.tokens.Current())) return FailHere(state, message);
+    text = state.tokens.Current().text;
+    state.tokens.Advance();
     return true;
 }
 
 bool ExpectKeyword(ParseState& state, std::u16string_view keyword, std::u16string_view message) {
-    if (!IsKeyword(state.Current(), keyword)) return FailHere(state, message);
-    state.Advance();
+    if (!IsKeyword(state.tokens.Current(), keyword)) return FailHere(state, message);
+    state.tokens.Advance();
     return true;
 }
 
 bool ParseEntry(ParseState& state) {
     std::u16string entryName;
     std::u16string_view message = u"Expected type name after @entry.";
-    if (IsKeyword(state.Current(), u"struct")) {
-        state.Advance();
+    if (IsKeyword(state.tokens.Current(), u"struct")) {
+        state.tokens.Advance();
         entryName = u"struct ";
         message = u"Expected struct name after @entry struct.";
     }
@@ -56,51 +56,39 @@ bool ParseEntry(ParseState& state) {
     return true;
 }
 
-/// Tokens from the current one up to, not including, the next semicolon or the end; moves to it.
-std::span<const PatternToken> CollectDeclaration(ParseState& state) {
-    const std::size_t first = state.position;
-    while (!state.AtEnd() && !state.Current().IsSymbol(u';'))
-        state.Advance();
-    return std::span(state.tokens).subspan(first, state.position - first);
-}
-
-bool ParseMember(ParseState& state, StructDefinition& definition) {
-    const SourcePosition start = state.Current().position;
-    const std::span<const PatternToken> tokens = CollectDeclaration(state);
-    for (const PatternToken& token : tokens) {
-        if (token.IsSymbol(u'{'))
-            return FailAt(state, token.position,
-                          u"Inline nested struct declarations are not supported.");
-    }
+bool ParseMember(ParseState& state) {
+    const DeclarationOutline outline = OutlineDeclaration(state.tokens);
+    if (outline.openingBrace)
+        return FailAt(state, *outline.openingBrace,
+                      u"Inline nested struct declarations are not supported.");
     if (!ExpectSymbol(state, u';', u"Expected ';' after member declaration.")) return false;
-    const Outcome<MemberDecl> member = ParseMemberDeclaration(state.texts->typeNames, tokens);
-    if (!member) return FailAt(state, start, member.error);
-    definition.members.push_back(*member.value);
+    MemberDecl member;
+    const std::u16string_view problem = ParseMemberDeclaration(state, outline, member);
+    if (!problem.empty()) return FailAt(state, outline.start.Current().position, problem);
+    state.members.push_back(member);
     return true;
 }
 
 /// The members up to and including the closing brace; the opening one has been taken.
 bool ParseStructBody(ParseState& state, StructDefinition& definition) {
-    while (!state.Current().IsSymbol(u'}')) {
-        if (state.AtEnd()) return FailHere(state, u"Expected '}' to close struct body.");
-        if (!ParseMember(state, definition)) return false;
+    state.members.clear();
+    while (!state.tokens.Current().IsSymbol(u'}')) {
+        if (state.tokens.AtEnd()) return FailHere(state, u"Expected '}' to close struct body.");
+        if (!ParseMember(state)) return false;
     }
-    state.Advance();
+    definition.members = state.members;
+    state.tokens.Advance();
     return true;
 }
 
-/// Adds the struct, findable as "Tag" and "struct Tag" when it has a tag.
+/// Adds the struct, and its name when it has a tag.
 bool RegisterStruct(ParseState& state, StructDefinition definition) {
-    const std::size_t index = state.structs.size();
     if (!definition.name.empty()) {
-        TypeNames& names = state.texts->typeNames;
-        const std::u16string tag = NormalizeName(definition.name);
-        TypeName& name = names.Enter(tag);
+        TypeName& name = state.texts->typeNames.Enter(NormalizeName(definition.name));
         if (name.structIndex)
             return Fail(state,
                         std::u16string(u"Duplicate struct type name: ").append(definition.name));
-        name.structIndex = index;
-        names.Enter(u"struct " + tag).structIndex = index;
+        name.structIndex = state.structs.size();
     }
     state.structs.push_back(std::move(definition));
     return true;
@@ -120,15 +108,15 @@ struct StructHead {
 };
 
 bool ParseStructHead(ParseState& state, StructHead& head) {
-    head.definition.position = state.Current().position;
+    head.definition.position = state.tokens.Current().position;
     if (!ExpectKeyword(state, u"struct", u"Expected 'struct'.")) return false;
-    if (IsIdentifier(state.Current())) {
-        head.definition.name = state.Current().text;
-        state.Advance();
+    if (IsIdentifier(state.tokens.Current())) {
+        head.definition.name = state.tokens.Current().text;
+        state.tokens.Advance();
     }
-    head.hasBody = state.Current().IsSymbol(u'{');
+    head.hasBody = state.tokens.Current().IsSymbol(u'{');
     if (!head.hasBody) return true;
-    state.Advance();
+    state.tokens.Advance();
     return ParseStructBody(state, head.definition);
 }
 
@@ -158,19 +146,22 @@ bool ParseStructTypedef(ParseState& state) {
 
 /// `type Alias;`, after the keyword `typedef` at `start`.
 bool ParseSimpleTypedef(ParseState& state, SourcePosition start) {
-    const std::span<const PatternToken> tokens = CollectDeclaration(state);
+    const DeclarationOutline outline = OutlineDeclaration(state.tokens);
     if (!ExpectSymbol(state, u';', u"Expected ';' after typedef declaration.")) return false;
-    const Outcome<MemberDecl> target = ParseMemberDeclaration(state.texts->typeNames, tokens);
-    if (!target)
-        return FailAt(state, tokens.empty() ? start : tokens.front().position, target.error);
-    if (target.value->count != 1) return FailAt(state, start, u"Typedef arrays are not supported.");
-    return RegisterAlias(state, target.value->name, target.value->type);
+    MemberDecl target;
+    const std::u16string_view problem = ParseMemberDeclaration(state, outline, target);
+    if (!problem.empty()) {
+        const bool isEmpty = outline.length == 0;
+        return FailAt(state, isEmpty ? start : outline.start.Current().position, problem);
+    }
+    if (target.count != 1) return FailAt(state, start, u"Typedef arrays are not supported.");
+    return RegisterAlias(state, target.name, target.Type());
 }
 
 } // namespace
 
 bool ParseTopLevel(ParseState& state) {
-    const PatternToken& token = state.Current();
+    const PatternToken& token = state.tokens.Current();
     if (token.IsSymbol(u'@')) return ParseDirective(state);
     if (IsKeyword(token, u"typedef")) return ParseTypedef(state);
     if (IsKeyword(token, u"struct")) return ParseStruct(state);
@@ -178,19 +169,20 @@ bool ParseTopLevel(ParseState& state) {
 }
 
 bool ParseDirective(ParseState& state) {
-    const SourcePosition start = state.Current().position;
+    const SourcePosition start = state.tokens.Current().position;
     if (!ExpectSymbol(state, u'@', u"Expected '@' for directive.")) return false;
-    if (!IsIdentifier(state.Current())) return FailAt(state, start, u"Expected directive name.");
-    const std::u16string name = NormalizeName(state.Current().text);
-    state.Advance();
+    if (!IsIdentifier(state.tokens.Current()))
+        return FailAt(state, start, u"Expected directive name.");
+    const std::u16string name = NormalizeName(state.tokens.Current().text);
+    state.tokens.Advance();
     if (name == u"entry") return ParseEntry(state);
 
-    const PatternToken& number = state.Current();
+    const PatternToken number = state.tokens.Current();
     if (number.kind != TokenKind::Number)
         return FailHere(state, u"Expected numeric directive value.");
     const std::optional<std::uint64_t> value = ParseUnsigned(number.text);
     if (!value) return FailHere(state, u"Invalid directive number.");
-    state.Advance();
+    state.tokens.Advance();
 
     const Directive* directive = FindDirective(name);
     if (directive == nullptr) return FailAt(state, start, u"Unknown directive.");
@@ -208,9 +200,9 @@ bool ParseStruct(ParseState& state) {
 }
 
 bool ParseTypedef(ParseState& state) {
-    const SourcePosition start = state.Current().position;
+    const SourcePosition start = state.tokens.Current().position;
     if (!ExpectKeyword(state, u"typedef", u"Expected 'typedef'.")) return false;
-    if (IsKeyword(state.Current(), u"struct")) return ParseStructTypedef(state);
+    if (IsKeyword(state.tokens.Current(), u"struct")) return ParseStructTypedef(state);
     return ParseSimpleTypedef(state, start);
 }
 

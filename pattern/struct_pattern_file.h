@@ -5,7 +5,6 @@
 #include "pattern/built_in_types.h"
 #include "pattern/pattern_settings.h"
 
-#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <memory>
@@ -18,24 +17,25 @@ namespace kvx {
 struct PatternTexts;
 
 /// "No struct" where an index into the file's structs is meant.
-inline constexpr std::size_t kNoStruct = std::numeric_limits<std::size_t>::max();
+inline constexpr std::uint32_t kNoStruct = std::numeric_limits<std::uint32_t>::max();
 
 /// One row of a laid-out struct: a member, or a gap that the layout filled. Its texts live as long
 /// as the file that it belongs to. Sizes and offsets in bytes.
 struct StructMemberLayout {
-    std::u16string_view name;              ///< "<padding>" for a gap
-    std::u16string_view typeName;          ///< normalised; "padding" for a gap
-    MemberKind kind = MemberKind::Integer; ///< Struct for a gap
-    std::uint64_t offset = 0;              ///< from the start of the struct
+    std::u16string_view name;     ///< "<padding>" for a gap
+    std::u16string_view typeName; ///< normalised; "padding" for a gap
+    std::uint64_t offset = 0;     ///< from the start of the struct
     std::uint64_t elementSize = 0;
-    std::uint64_t totalSize = 0; ///< 0 for a flexible array
-    std::uint64_t count = 1;     ///< 0 for a flexible array, the length for a gap
-    bool isFlexibleArray = false;
-    bool isPadding = false;
-    bool isPointer = false;
-    bool isSigned = false;
-    std::u16string_view structName;      ///< of the member's type, when that is a struct
-    std::size_t structIndex = kNoStruct; ///< the same struct among the file's; names may repeat
+    std::uint64_t count = 1;               ///< 0 for a flexible array, the length for a gap
+    std::uint32_t structIndex = kNoStruct; ///< the member's type among the file's structs
+    MemberKind kind = MemberKind::Integer; ///< Struct for a gap
+    bool isFlexibleArray : 1 = false;
+    bool isPadding : 1 = false;
+    bool isPointer : 1 = false;
+    bool isSigned : 1 = false;
+
+    /// 0 for a flexible array. Layout has made sure that it fits.
+    std::uint64_t TotalSize() const { return elementSize * count; }
 
     friend bool operator==(const StructMemberLayout&, const StructMemberLayout&) = default;
 };
@@ -55,13 +55,16 @@ struct StructPatternFile {
     PatternSettings settings;
     std::u16string entryName;
     bool entryIsImplicit = false; ///< no `@entry`: the only struct was taken
-    std::size_t entryIndex = kNoStruct;
+    std::uint32_t entryIndex = kNoStruct;
     std::vector<ResolvedStructInfo> structs;   ///< in source order
     std::shared_ptr<const PatternTexts> texts; ///< what the names above point into
 
     /// The struct that is laid over the bytes; null when the file has none.
-    const ResolvedStructInfo* Entry() const {
-        return entryIndex < structs.size() ? &structs[entryIndex] : nullptr;
+    const ResolvedStructInfo* Entry() const { return StructAt(entryIndex); }
+
+    /// The struct of a member's `structIndex`; null for kNoStruct.
+    const ResolvedStructInfo* StructAt(std::uint32_t index) const {
+        return index < structs.size() ? &structs[index] : nullptr;
     }
 };
 

@@ -1,5 +1,7 @@
 #include "pattern/type_names.h"
 
+#include "pattern/names.h"
+
 #include <vector>
 
 namespace kvx {
@@ -9,13 +11,20 @@ TypeName& TypeNames::Enter(std::u16string_view normalized) {
     TypeName& name = names_.emplace_back();
     name.text = normalized;
     name.builtIn = FindBuiltInType(normalized);
+    name.isSigned = IsSignedTypeName(normalized);
     byText_.emplace(name.text, &name);
     return name;
 }
 
-const TypeName* TypeNames::Find(std::u16string_view normalized) const {
+std::optional<std::size_t> TypeNames::FindStruct(const TypeName& name) const {
+    return name.structIndex ? name.structIndex : FindStruct(name.text);
+}
+
+std::optional<std::size_t> TypeNames::FindStruct(std::u16string_view normalized) const {
+    constexpr std::u16string_view kKeyword = u"struct ";
+    if (normalized.starts_with(kKeyword)) normalized.remove_prefix(kKeyword.size());
     const auto found = byText_.find(normalized);
-    return found == byText_.end() ? nullptr : found->second;
+    return found == byText_.end() ? std::nullopt : found->second->structIndex;
 }
 
 TypeName& TypeNames::EnterUnnamedStruct(std::size_t structIndex) {

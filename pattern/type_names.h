@@ -27,8 +27,9 @@ struct TypeReference {
 struct TypeName {
     std::u16string text;
     const BuiltInType* builtIn = nullptr;
-    std::optional<std::size_t> structIndex;
-    std::optional<TypeReference> alias; ///< what a typedef made it stand for
+    bool isSigned = false;                  ///< as the name tells; counts for built-in types only
+    std::optional<std::size_t> structIndex; ///< of the struct with that tag
+    std::optional<TypeReference> alias;     ///< what a typedef made it stand for
 };
 
 /// Owns the names; they stay where they are until the table goes.
@@ -41,8 +42,11 @@ public:
     /// The entry of a normalised name, made when it is new.
     TypeName& Enter(std::u16string_view normalized);
 
-    /// The entry of a normalised name; null when no declaration has used it.
-    const TypeName* Find(std::u16string_view normalized) const;
+    /// The struct that `name` means as a tag, alone or after "struct "; empty when there is none.
+    std::optional<std::size_t> FindStruct(const TypeName& name) const;
+
+    /// The same for a normalised text.
+    std::optional<std::size_t> FindStruct(std::u16string_view normalized) const;
 
     /// An entry that no lookup finds: the name of a struct without a tag.
     TypeName& EnterUnnamedStruct(std::size_t structIndex);

@@ -1,7 +1,5 @@
 #include "pattern/type_resolution.h"
 
-#include "pattern/names.h"
-
 #include <algorithm>
 
 namespace kvx {
@@ -17,17 +15,18 @@ ResolvedType PointerType(const PatternSettings& settings) {
     return type;
 }
 
-ResolvedType BuiltIn(const BuiltInType& builtIn, const PatternSettings& settings) {
+ResolvedType BuiltIn(const TypeName& name, const PatternSettings& settings) {
     ResolvedType type;
-    type.size = builtIn.SizeUnder(settings);
+    type.size = name.builtIn->SizeUnder(settings);
     type.alignment = std::max<std::uint64_t>(type.size, 1);
-    type.kind = builtIn.kind;
-    type.isSigned = IsSignedTypeName(builtIn.name);
+    type.kind = name.builtIn->kind;
+    type.isSigned = name.isSigned;
     return type;
 }
 
-Result StructType(const ParseState& state, const TypeName& name, const StructResolver& resolver) {
-    const std::optional<StructExtent> extent = resolver(*name.structIndex);
+Result StructType(const ParseState& state, std::size_t index, const TypeName& name,
+                  const StructResolver& resolver) {
+    const std::optional<StructExtent> extent = resolver(index);
     if (!extent) {
         return Result::Failure(!state.error.empty()
                                    ? state.error
@@ -37,26 +36,20 @@ Result StructType(const ParseState& state, const TypeName& name, const StructRes
     type.size = extent->size;
     type.alignment = std::max<std::uint64_t>(extent->alignment, 1);
     type.kind = MemberKind::Struct;
-    type.structIndex = *name.structIndex;
-    type.structName = ShownStructName(state.structs[type.structIndex]);
+    type.structIndex = static_cast<std::uint32_t>(index);
     return Result::Success(type);
 }
 
 } // namespace
 
-std::u16string_view ShownStructName(const StructDefinition& definition) {
-    return definition.name.empty() ? u"<anonymous>" : definition.name;
-}
-
 Result ResolveType(ParseState& state, const MemberDecl& declaration,
                    const StructResolver& resolver) {
-    const TypeReference end = FollowAliases(declaration.type);
+    const TypeReference end = FollowAliases(declaration.Type());
     if (end.pointerDepth > 0) return Result::Success(PointerType(state.settings));
-    if (end.name == nullptr)
-        return Result::Failure(u"Unknown type: " + declaration.type.name->text);
-    if (end.name->builtIn != nullptr)
-        return Result::Success(BuiltIn(*end.name->builtIn, state.settings));
-    if (end.name->structIndex) return StructType(state, *end.name, resolver);
+    if (end.name == nullptr) return Result::Failure(u"Unknown type: " + declaration.typeName->text);
+    if (end.name->builtIn != nullptr) return Result::Success(BuiltIn(*end.name, state.settings));
+    const std::optional<std::size_t> index = state.texts->typeNames.FindStruct(*end.name);
+    if (index) return StructType(state, *index, *end.name, resolver);
     return Result::Failure(u"Unknown type: " + end.name->text);
 }
 

@@ -26,14 +26,10 @@ struct ResolvedType {
     MemberKind kind = MemberKind::Integer;
     bool isSigned = false;
     bool isPointer = false; ///< declared with `*`, or an alias of such a type
-    std::u16string_view structName;
-    std::size_t structIndex = kNoStruct;
+    std::uint32_t structIndex = kNoStruct;
 
     friend bool operator==(const ResolvedType&, const ResolvedType&) = default;
 };
-
-/// The name under which a struct is shown: its tag, or "<anonymous>".
-std::u16string_view ShownStructName(const StructDefinition& definition);
 
 /// The type of `declaration`. What a pointer points to is never looked up, so it need not exist.
 Outcome<ResolvedType> ResolveType(ParseState& state, const MemberDecl& declaration,

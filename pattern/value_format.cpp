@@ -27,20 +27,46 @@ std::uint64_t ReadUnsigned(ByteView bytes, ByteOrder byteOrder) {
     return value;
 }
 
-/// The general format with six significant digits, as C prints it by default.
+/// Appends the general format with six significant digits, as C prints numbers by default.
 template <typename Number>
-std::u16string NumberText(Number number) {
+void AppendNumber(std::u16string& text, Number number) {
     std::array<char, 32> buffer;
     const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number,
                                             std::chars_format::general, 6);
-    return {buffer.data(), end};
+    text.append(buffer.data(), end);
 }
 
-std::u16string FloatText(ByteView bytes) {
+void AppendFloat(std::u16string& text, ByteView bytes) {
     const std::uint64_t bits = ReadUnsigned(bytes, ByteOrder::Little);
-    return bytes.size() == sizeof(float)
-               ? NumberText(std::bit_cast<float>(static_cast<std::uint32_t>(bits)))
-               : NumberText(std::bit_cast<double>(bits));
+    if (bytes.size() == sizeof(float))
+        AppendNumber(text, std::bit_cast<float>(static_cast<std::uint32_t>(bits)));
+    else
+        AppendNumber(text, std::bit_cast<double>(bits));
+}
+
+void AppendHexBytes(std::u16string& text, ByteView bytes) {
+    constexpr std::u16string_view kDigits = u"0123456789ABCDEF";
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        if (i > 0) text += u' ';
+        text += kDigits[bytes[i] >> 4];
+        text += kDigits[bytes[i] & 0xF];
+    }
+}
+
+void AppendInteger(std::u16string& text, ByteView bytes, ByteOrder byteOrder, NumberBase base) {
+    if (bytes.empty()) return;
+    if (bytes.size() > sizeof(std::uint64_t)) {
+        text += u"0x";
+        AppendHexBytes(text, bytes);
+        return;
+    }
+    const std::uint64_t value = ReadUnsigned(bytes, byteOrder);
+    if (base == NumberBase::Decimal) {
+        AppendDecimal(text, value);
+    } else {
+        text += u"0x";
+        AppendHex(text, value, bytes.size() * 2);
+    }
 }
 
 } // namespace
@@ -48,16 +74,15 @@ std::u16string FloatText(ByteView bytes) {
 std::u16string FormatHexBytes(ByteView bytes) {
     std::u16string text;
     text.reserve(bytes.size() * 3);
-    for (const std::uint8_t byte : bytes) {
-        if (!text.empty()) text += u' ';
-        AppendHex(text, byte, 2);
-    }
+    AppendHexBytes(text, bytes);
     return text;
 }
 
 std::u16string FormatByteArrayHex(ByteView bytes) {
     if (bytes.empty()) return u"0 bytes";
-    std::u16string text = FormatHexBytes(bytes.first(std::min(bytes.size(), kShownArrayBytes)));
+    std::u16string text;
+    text.reserve((kShownArrayBytes + 2) * 3);
+    AppendHexBytes(text, bytes.first(std::min(bytes.size(), kShownArrayBytes)));
     if (bytes.size() > kShownArrayBytes) text += u" ...";
     return text;
 }
@@ -76,23 +101,20 @@ std::u16string FormatByteArrayAscii(ByteView bytes) {
 
 std::u16string FormatInteger(ByteView bytes, ByteOrder byteOrder, NumberBase base) {
     std::u16string text;
-    if (bytes.empty()) return text;
-    if (bytes.size() > sizeof(std::uint64_t)) return u"0x" + FormatHexBytes(bytes);
-    const std::uint64_t value = ReadUnsigned(bytes, byteOrder);
-    if (base == NumberBase::Decimal) {
-        AppendDecimal(text, value);
-    } else {
-        text = u"0x";
-        AppendHex(text, value, bytes.size() * 2);
-    }
+    AppendInteger(text, bytes, byteOrder, base);
     return text;
 }
 
 std::u16string FormatFloat(ByteView bytes, MemberKind kind, const ValueFormat& format) {
     const std::size_t native = kind == MemberKind::Float ? sizeof(float) : sizeof(double);
     if (bytes.size() != native) return FormatInteger(bytes, format.byteOrder, format.numberBase);
-    return FloatText(bytes) + u" (" + FormatInteger(bytes, format.byteOrder, NumberBase::Hex) +
-           u")";
+    std::u16string text;
+    text.reserve(34); // the longest double with its bit pattern
+    AppendFloat(text, bytes);
+    text += u" (";
+    AppendInteger(text, bytes, format.byteOrder, NumberBase::Hex);
+    text += u')';
+    return text;
 }
 
 std::u16string FormatTypeText(const StructMemberLayout& member) {
@@ -107,7 +129,7 @@ std::u16string FormatTypeText(const StructMemberLayout& member) {
     }
     if (member.kind == MemberKind::Struct && member.count == 1) {
         text += u" (";
-        AppendDecimal(text, member.totalSize);
+        AppendDecimal(text, member.TotalSize());
         text += u" bytes)";
     }
     return text;

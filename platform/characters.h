@@ -11,26 +11,26 @@ bool IsLetterOrDigitBeyondAscii(char16_t unit);
 char16_t ToLowerBeyondAscii(char16_t unit);
 
 /// White space of any script, the controls 0009 to 000D included.
-inline bool IsSpace(char16_t unit) {
+constexpr bool IsSpace(char16_t unit) {
     if (unit >= 0x80) return IsSpaceBeyondAscii(unit);
     return unit == u' ' || (unit >= u'\t' && unit <= u'\r');
 }
 
 /// A letter, syllable or ideograph of any script.
-inline bool IsLetter(char16_t unit) {
+constexpr bool IsLetter(char16_t unit) {
     if (unit >= 0x80) return IsLetterBeyondAscii(unit);
     const int lower = unit | 0x20;
     return lower >= u'a' && lower <= u'z';
 }
 
 /// A letter or a digit of any script.
-inline bool IsLetterOrDigit(char16_t unit) {
+constexpr bool IsLetterOrDigit(char16_t unit) {
     if (unit >= 0x80) return IsLetterOrDigitBeyondAscii(unit);
     return IsLetter(unit) || (unit >= u'0' && unit <= u'9');
 }
 
 /// The lower-case form; the unit itself when it has none.
-inline char16_t ToLower(char16_t unit) {
+constexpr char16_t ToLower(char16_t unit) {
     if (unit >= 0x80) return ToLowerBeyondAscii(unit);
     return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit | 0x20) : unit;
 }

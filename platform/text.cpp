@@ -97,7 +97,9 @@ std::optional<std::u16string> StrictUtf8ToUtf16(std::string_view text) {
     out.reserve(text.size());
     while (!text.empty()) {
         const auto ascii = std::ranges::find_if(text, [](char byte) { return (byte & 0x80) != 0; });
-        out.append(text.begin(), ascii);
+        const std::size_t converted = out.size();
+        out.resize(converted + static_cast<std::size_t>(ascii - text.begin()));
+        std::copy(text.begin(), ascii, out.begin() + static_cast<std::ptrdiff_t>(converted));
         text = {ascii, text.end()};
         if (text.empty()) break;
         const std::optional<Decoded> next = DecodeUtf8(text);

@@ -1,7 +1,6 @@
 // Every message of the pattern language, by every way that leads to it: the whole text with its
 // place, the quoted line and the caret.
 #include "pattern/layout.h"
-#include "pattern/lexer.h"
 #include "pattern/parser.h"
 #include "pattern/type_resolution.h"
 #include "tests/pattern/pattern_testing.h"
@@ -253,15 +252,8 @@ TEST(Diagnostics, FileLevel) {
               "Failed to open definition file.");
 }
 
-ParseState StateAt(std::u16string_view source) {
-    ParseState state;
-    state.texts->source = source;
-    state.tokens = *Tokenize(state.texts->source).value;
-    return state;
-}
-
 TEST(Diagnostics, FormsReadAtTheWrongToken) {
-    ParseState state = StateAt(u"x");
+    ParseState state(u"x");
     EXPECT_FALSE(ParseDirective(state));
     EXPECT_EQ(state.error, u"Line 1, Col 1: Expected '@' for directive.\r\nx\r\n^");
     EXPECT_FALSE(ParseStruct(state));
@@ -271,7 +263,7 @@ TEST(Diagnostics, FormsReadAtTheWrongToken) {
 }
 
 TEST(Diagnostics, AResolverWithoutAnAnswerOrAReason) {
-    ParseState state = StateAt(u"struct A { int x; }; struct B { struct A a; };");
+    ParseState state(u"struct A { int x; }; struct B { struct A a; };");
     ASSERT_TRUE(ParseTopLevel(state) && ParseTopLevel(state));
     const MemberDecl& member = state.structs[1].members[0];
     const StructResolver silent = [](std::size_t) { return std::nullopt; };

@@ -43,14 +43,13 @@ inline std::string Describe(const ResolvedStructInfo& layout) {
     for (const StructMemberLayout& row : layout.members) {
         text << '\n' << row.offset << ' ' << Utf16ToUtf8(row.name) << " : ";
         text << Utf16ToUtf8(row.typeName) << ' ' << row.elementSize << '*' << row.count << '=';
-        text << row.totalSize;
+        text << row.TotalSize();
         if (row.isPadding) continue;
         text << ' ' << kKinds[static_cast<std::size_t>(row.kind)];
         if (row.isSigned) text << " signed";
         if (row.isPointer) text << " pointer";
         if (row.isFlexibleArray) text << " flexible";
-        if (row.structIndex != kNoStruct)
-            text << " -> " << Utf16ToUtf8(row.structName) << '#' << row.structIndex;
+        if (row.structIndex != kNoStruct) text << " -> #" << row.structIndex;
     }
     return text.str();
 }

@@ -1,0 +1,197 @@
+// Random structs, written as a pattern and as C: the C compiler says where everything belongs.
+#include "tests/pattern/pattern_testing.h"
+#include "tests/pattern/tool_running.h"
+#include "tests/support/temp_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+
+namespace kvx {
+namespace {
+
+constexpr int kFiles = 24;
+constexpr int kStructsPerFile = 25;
+
+/// Settings of one pattern file. C names its types by size, so every size has one.
+struct Sizes {
+    int shortSize, intSize, longSize, longLongSize, floatSize, doubleSize, pointer, align;
+};
+
+std::string CTypeOfSize(int size) {
+    return size == 16 ? "__int128" : "int" + std::to_string(size * 8) + "_t";
+}
+
+/// A type that the file under construction knows by now.
+struct KnownType {
+    std::string pattern;
+    std::string c;
+};
+
+class RandomFile {
+public:
+    RandomFile(unsigned seed, std::string prefix) : random_(seed), prefix_(std::move(prefix)) {
+        sizes_ = {Pick({2, 2, 1, 4, 8}),     Pick({4, 4, 1, 2, 8}),  Pick({8, 8, 1, 2, 4}),
+                  Pick({8, 8, 1, 2, 4, 16}), Pick({4, 4, 2, 8, 16}), Pick({8, 8, 4, 16}),
+                  Pick({8, 8, 1, 2, 4, 16}), Pick({8, 8, 4, 0})};
+        AddDirectives();
+        AddBuiltInTypes();
+        c_ += "#pragma pack(push, " + std::to_string(sizes_.align == 0 ? 1 : sizes_.align) + ")\n";
+        for (int index = 0; index < kStructsPerFile; ++index)
+            AddStruct(index);
+        c_ += "#pragma pack(pop)\n";
+        pattern_ += "@entry " + prefix_ + "S0\n";
+    }
+
+    const std::string& Pattern() const { return pattern_; }
+    const std::string& C() const { return c_; }
+    const std::string& CReport() const { return report_; }
+
+private:
+    int Below(int limit) { return static_cast<int>(random_() % static_cast<unsigned>(limit)); }
+    int Pick(std::initializer_list<int> values) {
+        return values.begin()[Below(static_cast<int>(values.size()))];
+    }
+
+    void AddDirectives() {
+        const auto add = [this](const char* name, int value) {
+            pattern_ += "@" + std::string(name) + " " + std::to_string(value) + "\n";
+        };
+        add("sizeof_short", sizes_.shortSize);
+        add("sizeof_int", sizes_.intSize);
+        add("sizeof_long", sizes_.longSize);
+        add("sizeof_long_long", sizes_.longLongSize);
+        add("sizeof_float", sizes_.floatSize);
+        add("sizeof_double", sizes_.doubleSize);
+        add("pointer_size", sizes_.pointer);
+        add("member_align", sizes_.align);
+    }
+
+    void AddBuiltInTypes() {
+        const auto add = [this](int size, std::initializer_list<const char*> names) {
+            for (const char* name : names)
+                types_.push_back({name, CTypeOfSize(size)});
+        };
+        add(1, {"char", "signed char", "unsigned char", "int8_t", "uint8_t"});
+        add(2, {"int16_t", "uint16_t"});
+        add(4, {"int32_t", "uint32_t"});
+        add(8, {"int64_t", "uint64_t"});
+        add(sizes_.shortSize, {"short", "signed short", "unsigned short"});
+        add(sizes_.intSize, {"int", "signed int", "unsigned int"});
+        add(sizes_.longSize, {"long", "signed long", "unsigned long"});
+        add(sizes_.longLongSize, {"long long", "signed long long", "unsigned long long"});
+        add(sizes_.floatSize, {"float"});
+        add(sizes_.doubleSize, {"double"});
+        add(sizes_.pointer, {"void*", "Unknown **", "struct Later *"});
+    }
+
+    void AddStruct(int index) {
+        const std::string tag = prefix_ + "S" + std::to_string(index);
+        const bool isAnonymous = index % 7 == 6;
+        const bool isTypedef = isAnonymous || index % 3 == 0;
+        const std::string name = isTypedef ? tag + "T" : "struct " + tag;
+        report_ += "printf(\"%zu %zu\", sizeof(" + name + "), _Alignof(" + name + "));\n";
+
+        const std::string head =
+            (isTypedef ? "typedef struct " : "struct ") + (isAnonymous ? "" : tag) + " {\n";
+        pattern_ += head;
+        c_ += head;
+        const int count = 1 + Below(8);
+        const bool endsFlexible = count > 1 && Below(6) == 0;
+        for (int member = 0; member < count; ++member)
+            AddMember(name, "m" + std::to_string(member), endsFlexible && member == count - 1);
+        const std::string end = isTypedef ? "} " + name + ";\n" : "};\n";
+        pattern_ += end;
+        c_ += end;
+        report_ += "puts(\"\");\n";
+        if (!endsFlexible) MakeKnown(name, tag + "Alias"); // C embeds no struct with such an end
+    }
+
+    void AddMember(const std::string& owner, const std::string& name, bool isFlexible) {
+        const int known = static_cast<int>(types_.size());
+        const int chosen = Below(4) == 0 ? Below(known) : known - 1 - Below(20); // mostly new ones
+        const KnownType& type = types_[static_cast<std::size_t>(chosen)];
+        std::string suffix;
+        if (isFlexible)
+            suffix = "[]";
+        else if (Below(3) == 0)
+            suffix = "[" + std::to_string(1 + Below(5)) + "]";
+        pattern_ += "    " + type.pattern + " " + name + suffix + ";\n";
+        c_ += "    " + type.c + " " + name + suffix + ";\n";
+        const std::string size = isFlexible ? "(size_t)0" : "sizeof((" + owner + "*)0)->" + name;
+        report_ += "printf(\" " + name + "@%zu+%zu\", offsetof(" + owner + ", " + name + "), " +
+                   size + ");\n";
+    }
+
+    /// Later members may have the type, and an alias of it.
+    void MakeKnown(const std::string& name, const std::string& alias) {
+        const std::string declaration = "typedef " + name + " " + alias + ";\n";
+        pattern_ += declaration;
+        c_ += declaration;
+        types_.push_back({name, name});
+        types_.push_back({alias, alias});
+    }
+
+    std::mt19937 random_;
+    std::string prefix_;
+    Sizes sizes_{};
+    std::vector<KnownType> types_;
+    std::string pattern_;
+    std::string c_;
+    std::string report_;
+};
+
+/// One line for each struct in the form of the C program's report.
+std::string Report(const StructPatternFile& pattern) {
+    std::ostringstream text;
+    for (const ResolvedStructInfo& layout : pattern.structs) {
+        text << layout.size << ' ' << layout.alignment;
+        for (const StructMemberLayout& row : layout.members) {
+            if (row.isPadding) continue;
+            text << ' ' << Utf16ToUtf8(row.name) << '@' << row.offset << '+' << row.TotalSize();
+        }
+        text << '\n';
+    }
+    return text.str();
+}
+
+/// Rows follow each other without a hole or an overlap, up to the size.
+void ExpectSeamless(const StructPatternFile& pattern) {
+    for (const ResolvedStructInfo& layout : pattern.structs) {
+        std::uint64_t end = 0;
+        for (const StructMemberLayout& row : layout.members) {
+            EXPECT_EQ(row.offset, end);
+            end = row.offset + row.TotalSize();
+        }
+        EXPECT_EQ(end, layout.size);
+    }
+}
+
+TEST(LayoutOracle, HundredsOfRandomStructsLieWhereTheCCompilerPutsThem) {
+    std::vector<RandomFile> files;
+    std::string declarations = "#include <stddef.h>\n#include <stdint.h>\n#include <stdio.h>\n";
+    std::string report;
+    for (int index = 0; index < kFiles; ++index) {
+        files.emplace_back(1000 + index, "F" + std::to_string(index));
+        declarations += files.back().C();
+        report += files.back().CReport();
+    }
+    const TempFolder folder;
+    folder.Write(u"layout.c", declarations + "int main(void) {\n" + report + "return 0;\n}\n");
+    const std::string expected =
+        RunTool(folder.Root().string(), "gcc -std=gnu11 -w -o layout layout.c && ./layout");
+
+    std::string actual;
+    for (const RandomFile& file : files) {
+        const Outcome<SharedPattern> load = LoadText(file.Pattern());
+        ASSERT_TRUE(load) << Utf16ToUtf8(load.error) << "\n" << file.Pattern();
+        ExpectSeamless(**load.value);
+        actual += Report(**load.value);
+    }
+    EXPECT_EQ(std::count(expected.begin(), expected.end(), '\n'), kFiles * kStructsPerFile);
+    EXPECT_EQ(actual, expected);
+}
+
+} // namespace
+} // namespace kvx
