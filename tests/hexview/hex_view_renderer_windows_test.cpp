@@ -1,5 +1,6 @@
 #include "hexview/frame.h"
 #include "hexview/hex_view_renderer.h"
+#include "platform/system.h"
 #include "platform/win32/com_ptr.h"
 #include "platform/win32/wide.h"
 #include "window_stage.h"
@@ -142,6 +143,22 @@ TEST(HexViewRenderer, WhatIsScrolledSidewaysDoesNotRunIntoTheOffsets) {
     const RectDip gap{state.padding + state.offsetWidth + 1.0F, state.padding,
                       ContentLeft(state) - 1.0F, state.padding + 2.0F * state.rowHeight};
     EXPECT_EQ(picture.InkIn(gap, ThemeColor(state.theme, ColorRole::Background)), 0);
+}
+
+TEST(HexViewRenderer, ADrawThatFailsLeavesTheNextOneToStartAfresh) {
+    if (!RunsUnderWine()) GTEST_SKIP() << "a window target does not draw with the paint's DC";
+    WindowStage stage;
+    const HWND window = stage.window.Handle();
+    const HexViewState& state = stage.State();
+    HexViewRenderer renderer;
+    const auto draw = [&](HDC dc) {
+        return renderer.Draw(window, dc, BuildFrame(state), state.theme, FontOf(state), state.dpi);
+    };
+    const HDC dc = ::GetDC(window);
+    EXPECT_TRUE(draw(dc));
+    EXPECT_FALSE(draw(nullptr));
+    EXPECT_TRUE(draw(dc));
+    ::ReleaseDC(window, dc);
 }
 
 TEST(HexViewRenderer, AReleasedDeviceIsMadeAgainByTheNextPaint) {

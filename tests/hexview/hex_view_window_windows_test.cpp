@@ -112,14 +112,6 @@ TEST(HexViewWindow, ADragSelectsUntilTheButtonIsReleased) {
     EXPECT_EQ(stage.State().caret, 0x12U);
 }
 
-TEST(HexViewWindow, APointLeftOfTheWindowIsNotFarToTheRight) {
-    WindowStage stage;
-    stage.Send(WM_LBUTTONDOWN, MK_LBUTTON, stage.PointOfByte(5));
-    stage.Send(WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(-300, -20));
-    EXPECT_EQ(stage.State().selEnd, 5U);
-    stage.Send(WM_LBUTTONUP);
-}
-
 TEST(HexViewWindow, ACaptureThatIsTakenAwayEndsTheDrag) {
     WindowStage stage;
     stage.Send(WM_LBUTTONDOWN, MK_LBUTTON, stage.PointOfByte(1));
