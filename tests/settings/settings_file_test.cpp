@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <random>
@@ -128,6 +129,29 @@ public:
         return std::nullopt;
     }
 };
+
+/// Gives a few bytes per read, and none past a size that it claims too large.
+class Trickling : public ReadableFile {
+public:
+    explicit Trickling(std::string text) : text_(std::move(text)) {}
+    std::optional<std::uint64_t> Size() const override { return text_.size() + 1000; }
+    std::optional<std::size_t> ReadAt(std::uint64_t offset, std::span<std::uint8_t> target,
+                                      ErrorCode&) const override {
+        return text_.copy(reinterpret_cast<char*>(target.data()),
+                          std::min<std::size_t>(target.size(), 7), offset);
+    }
+
+private:
+    std::string text_;
+};
+
+TEST(SettingsFile, IsReadInAsManyPiecesAsItComesAndMayShrink) {
+    MockFileLayer files;
+    EXPECT_CALL(files, OpenForReading)
+        .WillOnce(testing::Return(
+            testing::ByMove(std::make_unique<Trickling>(WriteSettingsText(Sample())))));
+    EXPECT_EQ(Loaded(u"x", files), Sample());
+}
 
 TEST(SettingsFile, TellsWhyWritingFailed) {
     MockFileLayer files;

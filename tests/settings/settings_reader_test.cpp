@@ -237,6 +237,7 @@ TEST(SettingsReader, ReadsWholeHistoryEntries) {
              History({{u"a", u"x"}})},
             {R"("searchHistory": [{"kind": "a", "query": "b"}, {"kind": "c")", Nothing},
             {R"("searchHistory": [{"kind": "a", "query": "b"})", Nothing},
+            {R"("searchHistory": [{"kind": "a", "query": "b"])", Nothing},
         },
         before);
 }
