@@ -1,6 +1,7 @@
 #include "settings/settings_file.h"
 
 #include "platform/system.h"
+#include "settings/file_text.h"
 #include "tests/settings/settings_printer.h"
 #include "tests/support/temp_folder.h"
 
@@ -9,6 +10,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <memory>
 #include <random>
 #include <stdexcept>
@@ -73,7 +75,9 @@ TEST(SettingsFile, OfRandomBytesChangesNothing) {
 
 TEST(SettingsFile, OfAHundredMebibytesIsReadToItsEnd) {
     const TempFolder folder;
-    folder.WriteSparse(kName, 100U << 20U, R"("theme": "Black")", R"("recentFiles": [])");
+    const std::filesystem::path file = folder.Write(kName, R"("theme": "Black")");
+    std::filesystem::resize_file(file, 100U << 20U);
+    std::ofstream(file, std::ios::binary | std::ios::app) << R"("recentFiles": [])";
     AppSettings expected = Untouched();
     expected.theme = Theme::Black;
     expected.recentFiles.clear();
@@ -82,7 +86,8 @@ TEST(SettingsFile, OfAHundredMebibytesIsReadToItsEnd) {
 
 TEST(SettingsFile, TooLargeToBeSettingsChangesNothing) {
     const TempFolder folder;
-    folder.WriteSparse(kName, std::uint64_t{5} << 30U, R"("theme": "Black")", "");
+    const std::filesystem::path file = folder.Write(kName, R"("theme": "Black")");
+    std::filesystem::resize_file(file, kMaxTextFileBytes + 1);
     EXPECT_EQ(Loaded(folder.Path(kName)), Untouched());
 }
 
