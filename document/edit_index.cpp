@@ -4,7 +4,7 @@
 
 namespace kvx {
 
-void EditIndex::Clear() {
+void EditIndex::Clear() noexcept {
     runs_.Clear();
     cursor_ = {};
     insertedCount_ = 0;

@@ -23,7 +23,7 @@ public:
     bool IsEmpty() const { return runs_.IsEmpty(); }
 
     /// Forgets every edit.
-    void Clear();
+    void Clear() noexcept;
 
     /// Number of inserted bytes, and of on-disk bytes that are deleted.
     std::uint64_t InsertedCount() const { return insertedCount_; }
@@ -127,15 +127,13 @@ void EditIndex::Describe(std::uint64_t position, std::uint64_t count, Sink&& sin
         position += taken;
     }
     while (position < end) {
-        const EditRun* run = cursor.After();
-        const std::uint64_t next = run ? std::min(end, run->Position() + cursor.Shift()) : end;
-        if (position < next) sink.Unchanged(position - cursor.Shift(), next - position);
-        position = next;
-        if (position == end) return;
-        cursor.MoveForward();
-        const std::uint64_t taken = std::min(end - position, run->EditedCount());
+        const std::uint64_t shift = cursor.Shift();
+        const EditRun* run = cursor.MoveForward() ? cursor.Before() : nullptr;
+        const std::uint64_t start = run ? std::min(end, run->Position() + shift) : end;
+        if (position < start) sink.Unchanged(position - shift, start - position);
+        const std::uint64_t taken = run ? std::min(end - start, run->EditedCount()) : 0;
         if (taken > 0) DescribeRun(*run, 0, taken, sink);
-        position += taken;
+        position = start + taken;
     }
 }
 

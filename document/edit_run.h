@@ -41,7 +41,9 @@ public:
     std::uint64_t EditedCount() const { return Is(PieceKind::Deleted) ? 0 : count_; }
 
     /// How far the run moves what follows it: edited less on-disk positions, modulo 2^64.
-    std::uint64_t Shift() const { return position_ + EditedCount() - End(); }
+    std::uint64_t Shift() const {
+        return Is(PieceKind::Inserted) ? count_ : Is(PieceKind::Deleted) ? 0 - count_ : 0;
+    }
 
     /// The new bytes; empty for a deleted run.
     ByteView NewBytes() const { return {Data(), static_cast<std::size_t>(EditedCount())}; }

@@ -2,103 +2,54 @@
 
 #include <cassert>
 #include <limits>
-#include <type_traits>
 #include <utility>
 
 namespace kvx {
 
-struct EditTree::Node {
-    Node() = default;
-    Node(const Node&) = delete;
-    Node& operator=(const Node&) = delete;
-    virtual ~Node() = default;
-};
-
-struct EditTree::Leaf final : Node {
-    FixedVector<EditRun, kNodeMax> items;
-
-    std::uint64_t FirstPosition() const { return items[0].Position(); }
-    static std::uint64_t ShiftOf(const EditRun& run) { return run.Shift(); }
-};
-
-struct EditTree::Inner final : Node {
-    FixedVector<Branch, kNodeMax> items;
-
-    std::uint64_t FirstPosition() const { return items[0].firstPosition; }
-    static std::uint64_t ShiftOf(const Branch& branch) { return branch.shift; }
-
-    template <typename N>
-    N* Child(std::size_t slot) const {
-        return static_cast<N*>(items[slot].child.get());
-    }
-};
-
-namespace {
+// Nodes.
 
 template <typename N>
-std::uint64_t TotalShift(const N& node) {
+std::uint64_t EditTree::TotalShift(const N& node) {
     std::uint64_t sum = 0;
     for (const auto& item : node.items)
         sum += N::ShiftOf(item);
     return sum;
 }
 
-/// Moves the second half of a child into a new child to its right.
-template <typename N, typename Parent>
-void SplitChild(Parent& parent, std::size_t slot) {
-    auto right = std::make_unique<N>();
-    parent.template Child<N>(slot)->items.GiveTail(right->items, EditTree::kNodeMax / 2);
-    const std::uint64_t shift = TotalShift(*right);
-    parent.items[slot].shift -= shift;
-    parent.items.Insert(slot + 1, {right->FirstPosition(), shift, std::move(right)});
-}
-
-/// Makes one of two neighbouring children when they fit into one, or else equally full ones.
-template <typename N, typename Parent>
-void LevelChildren(Parent& parent, std::size_t slot) noexcept {
-    auto& left = parent.template Child<N>(slot)->items;
-    auto& right = parent.template Child<N>(slot + 1)->items;
-    const std::size_t total = left.Count() + right.Count();
-    const std::uint64_t shift = parent.items[slot].shift + parent.items[slot + 1].shift;
-    if (total <= EditTree::kNodeMax) {
-        left.TakeHead(right, right.Count());
-        parent.items[slot].shift = shift;
-        parent.items.Erase(slot + 1);
-        return;
-    }
-    if (left.Count() > total / 2)
-        left.GiveTail(right, left.Count() - total / 2);
-    else
-        left.TakeHead(right, total / 2 - left.Count());
-    parent.items[slot].shift = TotalShift(*parent.template Child<N>(slot));
-    parent.items[slot + 1].shift = shift - parent.items[slot].shift;
-    parent.items[slot + 1].firstPosition = parent.template Child<N>(slot + 1)->FirstPosition();
-}
-
-template <typename Branch, typename N>
-bool Describes(const Branch& branch, const N& node) {
+template <typename N>
+bool EditTree::Describes(const Branch& branch, const N& node) {
     return branch.firstPosition == node.FirstPosition() && branch.shift == TotalShift(node);
 }
 
-} // namespace
+// Makes one of two neighbouring children when they fit into one, or else equally full ones.
+template <typename N>
+void EditTree::LevelChildren(Inner& parent, std::size_t slot) noexcept {
+    N& left = *parent.Child<N>(slot);
+    N& right = *parent.Child<N>(slot + 1);
+    Branch& leftBranch = parent.items[slot];
+    Branch& rightBranch = parent.items[slot + 1];
+    const std::size_t total = left.items.Count() + right.items.Count();
+    const std::uint64_t shift = leftBranch.shift + rightBranch.shift;
+    if (total <= kNodeMax) {
+        left.items.TakeHead(right.items, right.items.Count());
+        leftBranch.shift = shift;
+        parent.items.Erase(slot + 1);
+        return;
+    }
+    if (left.items.Count() > total / 2)
+        left.items.GiveTail(right.items, left.items.Count() - total / 2);
+    else
+        left.items.TakeHead(right.items, total / 2 - left.items.Count());
+    leftBranch.shift = TotalShift(left);
+    rightBranch.shift = shift - leftBranch.shift;
+    rightBranch.firstPosition = right.FirstPosition();
+}
 
 // The cursor.
 
-const EditRun* EditTree::Cursor::Before() const {
-    return passed_ > 0 ? &leaf_->items[passed_ - 1] : nullptr;
-}
-
-const EditRun* EditTree::Cursor::After() const {
-    if (passed_ < leaf_->items.Count()) return &leaf_->items[passed_];
+const EditRun* EditTree::Cursor::FirstOfNextLeaf() const {
     Cursor next = *this;
     return next.MoveForward() ? next.Before() : nullptr;
-}
-
-bool EditTree::Cursor::MoveForward() {
-    if (passed_ == leaf_->items.Count() && !EnterNextLeaf()) return false;
-    shift_ += leaf_->items[passed_].Shift();
-    ++passed_;
-    return true;
 }
 
 bool EditTree::Cursor::MoveBack() {
@@ -157,9 +108,11 @@ bool EditTree::IsEmpty() const {
     return height_ == 0 && static_cast<const Leaf*>(root_.get())->items.Count() == 0;
 }
 
-void EditTree::Clear() {
-    root_ = std::make_unique<Leaf>();
-    height_ = 0;
+void EditTree::Clear() noexcept {
+    // The first leaf stays, so that no memory is needed.
+    for (; height_ > 0; --height_)
+        root_ = std::move(static_cast<Inner*>(root_.get())->items[0].child);
+    static_cast<Leaf*>(root_.get())->items.Clear();
 }
 
 EditTree::Cursor EditTree::Front() const {
@@ -277,31 +230,49 @@ std::size_t EditTree::ItemCount(const Cursor& cursor, std::size_t level) {
     return level == 0 ? cursor.leaf_->items.Count() : cursor.path_[level - 1].inner->items.Count();
 }
 
-// Splits the cursor's node at `level` (0: its leaf) when it is full, the ones above it first: each
-// split is complete in itself, so running out of memory between two leaves a sound tree.
+// Splits the cursor's node at `level` (0: its leaf) when it is full.
 void EditTree::MakeRoom(Cursor& cursor, std::size_t level) {
     if (ItemCount(cursor, level) < kNodeMax) return;
+    if (level == 0)
+        Split<Leaf>(cursor, level);
+    else
+        Split<Inner>(cursor, level);
+}
+
+// Moves the second half of the cursor's node at `level` into a new one to its right. The levels
+// above have room made first; each split is complete in itself, so that running out of memory
+// between two leaves a sound tree.
+template <typename N>
+void EditTree::Split(Cursor& cursor, std::size_t level) {
+    auto right = std::make_unique<N>();
     if (level == height_)
         GrowRoot(cursor);
     else
         MakeRoom(cursor, level + 1);
 
+    const auto [parent, slot] = cursor.path_[level];
+    parent->template Child<N>(slot)->items.GiveTail(right->items, kNodeMax / 2);
+    const std::uint64_t shift = TotalShift(*right);
+    parent->items[slot].shift -= shift;
+    parent->items.Insert(slot + 1, {right->FirstPosition(), shift, std::move(right)});
+    FollowSplit(cursor, level);
+}
+
+// Moves the cursor on into the new node when its place went there.
+void EditTree::FollowSplit(Cursor& cursor, std::size_t level) {
     constexpr std::size_t kKept = kNodeMax - kNodeMax / 2;
     auto& [parent, slot] = cursor.path_[level];
-    if (level == 0) {
-        SplitChild<Leaf>(*parent, slot);
-        if (cursor.passed_ <= kKept) return;
+    if (level > 0) {
+        Cursor::Step& own = cursor.path_[level - 1];
+        if (own.slot < kKept) return;
+        ++slot;
+        own = {parent->Child<Inner>(slot), own.slot - kKept};
+    } else if (cursor.passed_ > kKept) {
         const std::size_t passed = cursor.passed_ - kKept;
         const std::uint64_t leftShift = parent->items[slot].shift;
         ++slot;
         cursor.EnterLeaf(cursor.leafShift_ + leftShift);
         cursor.passed_ = passed;
-    } else {
-        SplitChild<Inner>(*parent, slot);
-        Cursor::Step& own = cursor.path_[level - 1];
-        if (own.slot < kKept) return;
-        ++slot;
-        own = {parent->Child<Inner>(slot), own.slot - kKept};
     }
 }
 

@@ -16,23 +16,13 @@
 
 namespace kvx {
 
-/// Owns the runs. Shifts are sums modulo 2^64. A call that runs out of memory changes no run.
+/// Owns the runs. Shifts are sums modulo 2^64. A call that runs out of memory raises std::bad_alloc
+/// and changes no run.
 class EditTree {
-    struct Node;
     struct Leaf;
     struct Inner;
 
-    /// What an inner node knows of one child.
-    struct Branch {
-        std::uint64_t firstPosition = 0; ///< on-disk position of the first run below
-        std::uint64_t shift = 0;         ///< sum over the runs below
-        std::unique_ptr<Node> child;
-    };
-
 public:
-    static constexpr std::size_t kNodeMax = 64; ///< items in a node
-    static constexpr std::size_t kNodeMin = 16; ///< in every node but the root
-
     /// A place between two runs, before the first or after the last. Any change of the tree that
     /// does not go through it makes it unusable, except for being assigned to.
     class Cursor {
@@ -58,6 +48,7 @@ public:
         static constexpr std::size_t kMaxHeight = 14;
 
         std::size_t LevelWithNext() const;
+        const EditRun* FirstOfNextLeaf() const;
         bool EnterNextLeaf();
         void EnterPreviousLeaf();
         void EnterLeaf(std::uint64_t leafShift);
@@ -76,7 +67,7 @@ public:
     EditTree& operator=(const EditTree&) = delete;
 
     bool IsEmpty() const;
-    void Clear();
+    void Clear() noexcept;
 
     /// The place before every run, and after every run.
     Cursor Front() const;
@@ -111,6 +102,48 @@ public:
     bool IsSound() const;
 
 private:
+    static constexpr std::size_t kNodeMax = 64; ///< items in a node
+    static constexpr std::size_t kNodeMin = 16; ///< in every node but the root
+
+    struct Node {
+        Node() = default;
+        Node(const Node&) = delete;
+        Node& operator=(const Node&) = delete;
+        virtual ~Node() = default;
+    };
+
+    struct Leaf final : Node {
+        std::uint64_t FirstPosition() const { return items[0].Position(); }
+        static std::uint64_t ShiftOf(const EditRun& run) { return run.Shift(); }
+
+        FixedVector<EditRun, kNodeMax> items;
+    };
+
+    /// What an inner node knows of one child.
+    struct Branch {
+        std::uint64_t firstPosition = 0; ///< on-disk position of the first run below
+        std::uint64_t shift = 0;         ///< sum over the runs below
+        std::unique_ptr<Node> child;
+    };
+
+    struct Inner final : Node {
+        std::uint64_t FirstPosition() const { return items[0].firstPosition; }
+        static std::uint64_t ShiftOf(const Branch& branch) { return branch.shift; }
+        template <typename N>
+        N* Child(std::size_t slot) const {
+            return static_cast<N*>(items[slot].child.get());
+        }
+
+        FixedVector<Branch, kNodeMax> items;
+    };
+
+    template <typename N>
+    static std::uint64_t TotalShift(const N& node);
+    template <typename N>
+    static bool Describes(const Branch& branch, const N& node);
+    template <typename N>
+    static void LevelChildren(Inner& parent, std::size_t slot) noexcept;
+
     template <typename Change>
     static std::uint64_t Alter(EditRun& run, Change& change) {
         const std::uint64_t before = run.Shift();
@@ -124,6 +157,9 @@ private:
     void Descend(Cursor& cursor, std::uint64_t editedPosition) const;
     static std::size_t ItemCount(const Cursor& cursor, std::size_t level);
     void MakeRoom(Cursor& cursor, std::size_t level);
+    template <typename N>
+    void Split(Cursor& cursor, std::size_t level);
+    static void FollowSplit(Cursor& cursor, std::size_t level);
     void GrowRoot(Cursor& cursor);
     void Repair(const Cursor& cursor, std::size_t level) noexcept;
     bool IsSoundBelow(const Node& node, std::size_t level) const;
@@ -131,5 +167,20 @@ private:
     std::unique_ptr<Node> root_;
     std::size_t height_ = 0; ///< levels of inner nodes; 0: the root is a leaf
 };
+
+inline const EditRun* EditTree::Cursor::Before() const {
+    return passed_ > 0 ? &leaf_->items[passed_ - 1] : nullptr;
+}
+
+inline const EditRun* EditTree::Cursor::After() const {
+    return passed_ < leaf_->items.Count() ? &leaf_->items[passed_] : FirstOfNextLeaf();
+}
+
+inline bool EditTree::Cursor::MoveForward() {
+    if (passed_ == leaf_->items.Count() && !EnterNextLeaf()) return false;
+    shift_ += leaf_->items[passed_].Shift();
+    ++passed_;
+    return true;
+}
 
 } // namespace kvx

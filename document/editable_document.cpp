@@ -1,5 +1,7 @@
 #include "document/editable_document.h"
 
+#include "document/edited_read.h"
+
 #include <algorithm>
 #include <new>
 
@@ -58,7 +60,7 @@ Bytes EditableDocument::ReadBytes(std::uint64_t offset, std::uint64_t count) con
     fileAhead_.Drop();
     const std::uint64_t size = GetEditedSize();
     if (!IsOpen() || offset >= size || count == 0) return {};
-    return reader_.Read(file_, edits_, offset, std::min(count, size - offset));
+    return ReadEdited(file_, edits_, offset, std::min(count, size - offset));
 }
 
 bool EditableDocument::OverwriteByte(std::uint64_t offset, std::uint8_t value) {
@@ -84,7 +86,7 @@ bool EditableDocument::DeleteByte(std::uint64_t offset) {
     return Change([&] { edits_.DeleteByte(offset); });
 }
 
-void EditableDocument::ForgetEdits() {
+void EditableDocument::ForgetEdits() noexcept {
     edits_.Clear();
     fileAhead_.Drop();
 }

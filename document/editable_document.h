@@ -9,7 +9,6 @@
 #pragma once
 
 #include "document/edit_index.h"
-#include "document/edited_read.h"
 #include "document/file_view_model.h"
 #include "document/progress.h"
 #include "document/read_ahead.h"
@@ -56,13 +55,12 @@ public:
 
 private:
     /// Empties the edit records and drops whatever was remembered of the file's bytes.
-    void ForgetEdits();
+    void ForgetEdits() noexcept;
 
     FileViewModel file_;
     EditIndex edits_;
     std::u16string lastErrorText_;
     mutable ReadAhead fileAhead_; ///< for overwrites in a row; dropped by every other operation
-    mutable EditedReader reader_;
 };
 
 } // namespace kvx

@@ -30,6 +30,8 @@ public:
         Shorten(count_ - 1);
     }
 
+    void Clear() noexcept { Shorten(0); }
+
     /// Moves the last `moved` items to the front of `next`.
     void GiveTail(FixedVector& next, std::size_t moved) noexcept {
         std::move_backward(next.At(0), next.At(next.count_), next.At(next.count_ + moved));
