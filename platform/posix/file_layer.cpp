@@ -70,7 +70,6 @@ public:
     explicit PosixWritableFile(UniqueDescriptor file) : file_(std::move(file)) {}
 
     FileResult Seek(std::uint64_t offset) override {
-        StartWriteBack();
         if (::lseek(file_.Get(), static_cast<off_t>(offset), SEEK_SET) < 0)
             return FileResult::Failure(LastErrorCode());
         position_ = writeBackFrom_ = offset;

@@ -1,5 +1,6 @@
 #include "platform/file_layer.h"
 
+#include "platform/system.h"
 #include "platform/temp_file.h"
 #include "tests/support/temp_folder.h"
 
@@ -155,22 +156,11 @@ TEST_F(FileLayerTest, AMoveThatFailsLeavesBothFiles) {
 }
 
 TEST_F(FileLayerTest, NamesOfEveryScriptAndLengthWork) {
-    std::u16string deep = folder_.Root().u16string();
-#ifdef _WIN32
-    deep = u"\\\\?\\" + deep; // the library's calls have the classic limit
-#endif
-    const std::size_t prefix = deep.size() - folder_.Root().u16string().size();
-    while (deep.size() < 400) {
-        deep += std::filesystem::path("/").make_preferred().u16string() + u"\u65E5\u672C " +
-                std::u16string(60, u'x');
-        ASSERT_TRUE(std::filesystem::create_directory(deep));
-    }
-    const std::u16string plain = deep.substr(prefix);
-    const std::u16string target =
-        plain + std::filesystem::path("/").make_preferred().u16string() + u"\U0001F600.bin";
+    const std::u16string deep = folder_.MakeDeepFolder(400);
+    const std::u16string target = JoinPath(deep, u"\U0001F600.bin");
 
     ASSERT_NE(layer_.CreateForWriting(target, error_), nullptr);
-    const auto temp = layer_.MakeTempFile(plain, u"KVT", error_);
+    const auto temp = layer_.MakeTempFile(deep, u"KVT", error_);
     ASSERT_TRUE(temp) << error_;
     {
         const auto file = layer_.CreateForWriting(*temp, error_);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/bytes.h"
+#include "tests/support/sparse_file.h"
 
 #include <filesystem>
 #include <fstream>
@@ -9,6 +10,8 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <system_error>
+#include <vector>
 
 namespace kvx {
 
@@ -24,6 +27,9 @@ public:
     TempFolder& operator=(const TempFolder&) = delete;
     ~TempFolder() {
         std::error_code ignored;
+        // The library cannot list a folder beyond the classic limit: those come up first.
+        for (; !deep_.empty(); deep_.pop_back())
+            std::filesystem::rename(deep_.back(), root_ / std::to_string(deep_.size()), ignored);
         std::filesystem::remove_all(root_, ignored);
     }
 
@@ -47,10 +53,24 @@ public:
     /// Makes a file of `size` bytes, of which only `head` and `tail` (its last bytes) take space.
     std::u16string WriteSparse(const std::u16string& name, std::uint64_t size,
                                std::string_view head, std::string_view tail) const {
-        const std::u16string path = Write(name, head);
-        std::filesystem::resize_file(path, size - tail.size());
-        std::ofstream(std::filesystem::path(path), std::ios::binary | std::ios::app) << tail;
-        return path;
+        MakeSparseFile(root_ / name, size, head, tail);
+        return Path(name);
+    }
+
+    /// Makes folders within each other until the path has at least `length` units, and gives it.
+    std::u16string MakeDeepFolder(std::size_t length) {
+#ifdef _WIN32
+        const std::u16string prefix = u"\\\\?\\"; // leads the library's calls beyond the limit
+#else
+        const std::u16string prefix;
+#endif
+        std::filesystem::path deep = prefix + root_.u16string();
+        while (deep.u16string().size() < length + prefix.size()) {
+            deep /= u"\u65E5\u672C " + std::u16string(60, u'x');
+            std::filesystem::create_directory(deep);
+            deep_.push_back(deep);
+        }
+        return deep.u16string().substr(prefix.size());
     }
 
     /// Content of a file; empty when there is none.
@@ -69,6 +89,7 @@ public:
 
 private:
     std::filesystem::path root_;
+    std::vector<std::filesystem::path> deep_; ///< folders within each other
 };
 
 } // namespace kvx

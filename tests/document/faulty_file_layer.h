@@ -1,0 +1,175 @@
+// The system's files with one call going wrong on demand, and every call counted.
+#pragma once
+
+#include "platform/file_layer.h"
+
+#include <array>
+#include <new>
+#include <optional>
+
+namespace kvx {
+
+/// The calls that a fault can be put on.
+enum class Call {
+    OpenForReading,
+    OpenForWriting,
+    Create,
+    TempName,
+    Read,
+    Seek,
+    Write,
+    SetEnd,
+    Flush,
+    Move,
+    Delete,
+};
+inline constexpr std::array kCalls = {Call::OpenForReading, Call::OpenForWriting, Call::Create,
+                                      Call::TempName,       Call::Read,           Call::Seek,
+                                      Call::Write,          Call::SetEnd,         Call::Flush,
+                                      Call::Move,           Call::Delete};
+inline constexpr std::array kCallNames = {"OpenForReading", "OpenForWriting", "Create", "TempName",
+                                          "Read",           "Seek",           "Write",  "SetEnd",
+                                          "Flush",          "Move",           "Delete"};
+
+/// How a call goes wrong.
+enum class Failing {
+    WithCode, ///< does nothing and gives the code
+    Short,    ///< reads or writes half of what was asked and says nothing
+    Throwing, ///< has no memory
+};
+
+struct Fault {
+    Call call = Call::Read;
+    int number = 1; ///< which call of its kind, from 1 on, counted since ResetCounts()
+    Failing failing = Failing::WithCode;
+    ErrorCode code = 0;
+};
+
+class FaultyFileLayer final : public FileLayer {
+public:
+    /// At most two faults at a time.
+    void Arm(Fault first, std::optional<Fault> second = {}) { faults_ = {first, second}; }
+    void Disarm() { faults_ = {}; }
+
+    int Count(Call call) const { return counts_[static_cast<std::size_t>(call)]; }
+    void ResetCounts() { counts_ = {}; }
+
+    std::unique_ptr<ReadableFile> OpenForReading(const std::u16string& path,
+                                                 ErrorCode& error) override {
+        if (Fails(Call::OpenForReading, error)) return nullptr;
+        return Wrap<Readable>(files_.OpenForReading(path, error));
+    }
+
+    std::unique_ptr<WritableFile> OpenForWriting(const std::u16string& path,
+                                                 ErrorCode& error) override {
+        if (Fails(Call::OpenForWriting, error)) return nullptr;
+        return Wrap<Writable>(files_.OpenForWriting(path, error));
+    }
+
+    std::unique_ptr<WritableFile> CreateForWriting(const std::u16string& path,
+                                                   ErrorCode& error) override {
+        if (Fails(Call::Create, error)) return nullptr;
+        return Wrap<Writable>(files_.CreateForWriting(path, error));
+    }
+
+    std::optional<std::u16string> MakeTempFile(const std::u16string& folder,
+                                               std::u16string_view prefix,
+                                               ErrorCode& error) override {
+        if (Fails(Call::TempName, error)) return std::nullopt;
+        return files_.MakeTempFile(folder, prefix, error);
+    }
+
+    FileResult MoveOver(const std::u16string& from, const std::u16string& to) override {
+        ErrorCode error = 0;
+        return Fails(Call::Move, error) ? FileResult::Failure(error) : files_.MoveOver(from, to);
+    }
+
+    FileResult Delete(const std::u16string& path) override {
+        ErrorCode error = 0;
+        return Fails(Call::Delete, error) ? FileResult::Failure(error) : files_.Delete(path);
+    }
+
+private:
+    class Readable final : public ReadableFile {
+    public:
+        Readable(FaultyFileLayer& layer, std::unique_ptr<ReadableFile> file)
+            : layer_(layer), file_(std::move(file)) {}
+
+        std::optional<std::uint64_t> Size() const override { return file_->Size(); }
+
+        std::optional<std::size_t> ReadAt(std::uint64_t offset, std::span<std::uint8_t> target,
+                                          ErrorCode& error) const override {
+            const Fault* fault = layer_.Meet(Call::Read);
+            if (!fault) return file_->ReadAt(offset, target, error);
+            error = fault->code;
+            if (fault->failing == Failing::WithCode) return std::nullopt;
+            return file_->ReadAt(offset, target.first(target.size() / 2), error);
+        }
+
+    private:
+        FaultyFileLayer& layer_;
+        std::unique_ptr<ReadableFile> file_;
+    };
+
+    class Writable final : public WritableFile {
+    public:
+        Writable(FaultyFileLayer& layer, std::unique_ptr<WritableFile> file)
+            : layer_(layer), file_(std::move(file)) {}
+
+        FileResult Seek(std::uint64_t offset) override {
+            ErrorCode error = 0;
+            return layer_.Fails(Call::Seek, error) ? FileResult::Failure(error)
+                                                   : file_->Seek(offset);
+        }
+
+        FileResult Write(ByteView data, std::uint64_t& written) override {
+            const Fault* fault = layer_.Meet(Call::Write);
+            if (!fault) return file_->Write(data, written);
+            written = 0;
+            if (fault->failing == Failing::WithCode) return FileResult::Failure(fault->code);
+            return file_->Write(data.first(data.size() / 2), written);
+        }
+
+        FileResult SetEnd() override {
+            ErrorCode error = 0;
+            return layer_.Fails(Call::SetEnd, error) ? FileResult::Failure(error) : file_->SetEnd();
+        }
+
+        FileResult Flush() override {
+            ErrorCode error = 0;
+            return layer_.Fails(Call::Flush, error) ? FileResult::Failure(error) : file_->Flush();
+        }
+
+    private:
+        FaultyFileLayer& layer_;
+        std::unique_ptr<WritableFile> file_;
+    };
+
+    template <typename Wrapper, typename File>
+    std::unique_ptr<Wrapper> Wrap(std::unique_ptr<File> file) {
+        return file ? std::make_unique<Wrapper>(*this, std::move(file)) : nullptr;
+    }
+
+    // Counts the call and gives the fault that is on it; raises the exception of one that throws.
+    const Fault* Meet(Call call) {
+        const int number = ++counts_[static_cast<std::size_t>(call)];
+        for (const std::optional<Fault>& fault : faults_) {
+            if (!fault || fault->call != call || fault->number != number) continue;
+            if (fault->failing == Failing::Throwing) throw std::bad_alloc();
+            return &*fault;
+        }
+        return nullptr;
+    }
+
+    bool Fails(Call call, ErrorCode& error) {
+        const Fault* fault = Meet(call);
+        if (fault) error = fault->code;
+        return fault != nullptr;
+    }
+
+    FileLayer& files_ = SystemFileLayer();
+    std::array<std::optional<Fault>, 2> faults_;
+    std::array<int, kCalls.size()> counts_{};
+};
+
+} // namespace kvx

@@ -1,0 +1,114 @@
+#include "document/file_view_model.h"
+
+#include "tests/document/faulty_file_layer.h"
+#include "tests/support/temp_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace kvx {
+namespace {
+
+std::string Text(const Bytes& bytes) {
+    return {bytes.begin(), bytes.end()};
+}
+
+class FileViewModelTest : public testing::Test {
+protected:
+    TempFolder folder_;
+    FaultyFileLayer files_;
+    FileViewModel model_{files_};
+};
+
+TEST_F(FileViewModelTest, StartsClosedAndReadsNothingThen) {
+    EXPECT_FALSE(model_.IsOpen());
+    EXPECT_EQ(model_.GetSize(), 0U);
+    EXPECT_EQ(model_.GetPath(), u"");
+    EXPECT_TRUE(model_.ReadBytes(0, 10).empty());
+}
+
+TEST_F(FileViewModelTest, ReadsAreCutAtTheEnd) {
+    ASSERT_TRUE(model_.Open(folder_.Write(u"f", "0123456789")));
+    EXPECT_EQ(model_.GetSize(), 10U);
+    EXPECT_EQ(model_.GetPath(), folder_.Path(u"f"));
+    EXPECT_EQ(Text(model_.ReadBytes(0, 4)), "0123");
+    EXPECT_EQ(Text(model_.ReadBytes(7, 100)), "789");
+    EXPECT_EQ(Text(model_.ReadBytes(9, ~std::uint64_t{0})), "9");
+    EXPECT_TRUE(model_.ReadBytes(10, 1).empty());
+    EXPECT_TRUE(model_.ReadBytes(~std::uint64_t{0}, 1).empty());
+    EXPECT_TRUE(model_.ReadBytes(3, 0).empty());
+}
+
+TEST_F(FileViewModelTest, OneReadOfTheModelIsOneReadOfTheFile) {
+    ASSERT_TRUE(model_.Open(folder_.Write(u"f", std::string(100'000, 'x'))));
+    EXPECT_EQ(Text(model_.ReadBytes(1, 90'000)), std::string(90'000, 'x'));
+    EXPECT_EQ(files_.Count(Call::Read), 1);
+}
+
+TEST_F(FileViewModelTest, AFailedOpenClosesWhatWasOpen) {
+    ASSERT_TRUE(model_.Open(folder_.Write(u"f", "content")));
+    EXPECT_FALSE(model_.Open(folder_.Path(u"missing")));
+    EXPECT_FALSE(model_.IsOpen());
+    EXPECT_EQ(model_.GetSize(), 0U);
+    EXPECT_EQ(model_.GetPath(), u"");
+}
+
+TEST_F(FileViewModelTest, OpensItsOwnPathAgain) {
+    ASSERT_TRUE(model_.Open(folder_.Write(u"f", "old")));
+    folder_.Write(u"f", "longer");
+    const std::u16string path = model_.GetPath();
+    EXPECT_TRUE(model_.Open(path));
+    EXPECT_EQ(Text(model_.ReadBytes(0, 100)), "longer");
+}
+
+TEST_F(FileViewModelTest, AnEmptyFileIsOpenAndReadsAsNothing) {
+    ASSERT_TRUE(model_.Open(folder_.Write(u"f", "")));
+    EXPECT_TRUE(model_.IsOpen());
+    EXPECT_EQ(model_.GetSize(), 0U);
+    EXPECT_TRUE(model_.ReadBytes(0, 1).empty());
+}
+
+TEST_F(FileViewModelTest, KeepsTheSizeOfAFileThatGrowsOrShrinks) {
+    const std::u16string path = folder_.Write(u"f", "0123456789");
+    ASSERT_TRUE(model_.Open(path));
+    std::filesystem::resize_file(path, 20);
+    EXPECT_EQ(model_.GetSize(), 10U);
+    EXPECT_EQ(Text(model_.ReadBytes(5, 100)), "56789");
+    std::filesystem::resize_file(path, 7);
+    EXPECT_EQ(model_.GetSize(), 10U);
+    EXPECT_EQ(Text(model_.ReadBytes(5, 100)), "56");
+    EXPECT_TRUE(model_.ReadBytes(8, 1).empty());
+}
+
+TEST_F(FileViewModelTest, ReadsOnWhenTheFileIsRenamedOrDeleted) {
+    const std::u16string path = folder_.Write(u"f", "0123456789");
+    ASSERT_TRUE(model_.Open(path));
+    std::filesystem::rename(path, folder_.Path(u"renamed"));
+    EXPECT_EQ(Text(model_.ReadBytes(0, 3)), "012");
+    std::filesystem::remove(folder_.Path(u"renamed"));
+    EXPECT_EQ(Text(model_.ReadBytes(0, 3)), "012");
+}
+
+TEST_F(FileViewModelTest, AFailedReadIsEmptyAndTellsItsReason) {
+    ASSERT_TRUE(model_.Open(folder_.Write(u"f", "0123456789")));
+    files_.Arm({.call = Call::Read, .number = 1, .code = 1117},
+               Fault{.call = Call::Read, .number = 2, .code = 23});
+    EXPECT_TRUE(model_.ReadBytes(0, 10).empty());
+    ErrorCode error = 0;
+    Bytes target(4);
+    EXPECT_EQ(model_.ReadInto(0, target, error), 0U);
+    EXPECT_EQ(error, 23U);
+    EXPECT_EQ(model_.ReadInto(0, target, error), 4U);
+    EXPECT_EQ(error, 0U);
+}
+
+TEST_F(FileViewModelTest, ReadsAtSixteenDigitOffsets) {
+    constexpr std::uint64_t kSize = 0x100'0000'0000;
+    ASSERT_TRUE(model_.Open(folder_.WriteSparse(u"f", kSize, "head", "tail")));
+    EXPECT_EQ(model_.GetSize(), kSize);
+    EXPECT_EQ(Text(model_.ReadBytes(kSize - 6, 100)), std::string("\0\0tail", 6));
+}
+
+} // namespace
+} // namespace kvx
