@@ -165,6 +165,24 @@ TEST(EditIndex, StaysSoundWhileItGrowsToThousandsOfRunsAndShrinksAgain) {
     EXPECT_EQ(EditsOf(both.edits, kOnDisk), "D 0 9000");
 }
 
+// Each edit is near the one before, so that places are found from there, also over the borders of
+// nodes that have just been split.
+TEST(EditIndex, FindsItsWayWhenEditsMarchThroughTheDocument) {
+    IndexAndModel both(12'000);
+    for (std::uint64_t at = 0; at + 3 < both.cells.Size(); at += 6)
+        both.Overwrite(at, 1);
+    for (std::uint64_t at = 0; at + 3 < both.cells.Size(); at += 4) {
+        both.Delete(at + 1);
+        both.Overwrite(at + 2, 2);
+    }
+    both.Compare();
+    for (std::uint64_t at = both.cells.Size() - 1; at > 5; at -= 5) {
+        both.Insert(at, 3);
+        both.Delete(at - 2);
+    }
+    both.Compare();
+}
+
 TEST(EditIndex, OverwritesThatAreAllTakenBackLeaveNothing) {
     IndexAndModel both(8000);
     for (std::uint64_t at = 0; at < 8000; at += 2)
@@ -197,8 +215,10 @@ TEST(EditIndex, ALongInsertedRunIsOnePieceHoweverItWasWritten) {
         both.Compare();
         EXPECT_EQ(EditsOf(both.edits, 100), "I 50 5000");
 
-        for (std::uint64_t left = 5000; left > 0; --left)
+        for (std::uint64_t left = 5000; left > 0; --left) {
             both.Delete(50 + run.place(left - 1));
+            if (left % 700 == 0) both.Compare();
+        }
         both.Compare();
         EXPECT_TRUE(both.edits.IsEmpty());
     }
