@@ -48,8 +48,12 @@ void EditTree::LevelChildren(Inner& parent, std::size_t slot) noexcept {
 // The cursor.
 
 const EditRun* EditTree::Cursor::FirstOfNextLeaf() const {
-    Cursor next = *this;
-    return next.MoveForward() ? next.Before() : nullptr;
+    const std::size_t level = LevelWithNext();
+    if (level == height_) return nullptr;
+    const Node* node = path_[level].inner->Child<Node>(path_[level].slot + 1);
+    for (std::size_t below = level; below > 0; --below)
+        node = static_cast<const Inner*>(node)->Child<Node>(0);
+    return &static_cast<const Leaf*>(node)->items[0];
 }
 
 bool EditTree::Cursor::MoveBack() {
