@@ -64,7 +64,7 @@ public:
             EditOnce();
             CompareQuickly();
             if (step % 8 == 0) CompareWholly();
-            if (dice_.OneIn(600)) SaveAndReopen();
+            if (stepsToSave_-- == 0) SaveAndReopen();
         }
     }
 
@@ -172,6 +172,8 @@ private:
         const Bytes content = plain_.Content();
         ASSERT_EQ(folder_.Read(u"file.bin"), std::string(content.begin(), content.end()));
         CompareWholly();
+        // Now and then after a few edits, which may fit into the file as it is.
+        stepsToSave_ = dice_.OneIn(2) ? dice_.Below(6) : dice_.Below(4000);
     }
 
     TempFolder folder_;
@@ -182,6 +184,7 @@ private:
     Move move_ = Move::Scatter;
     std::uint64_t caret_ = 0;
     std::uint64_t burst_ = 0;
+    std::uint64_t stepsToSave_ = dice_.Below(2000);
 };
 
 TEST(DocumentOracle, RandomSessionsGiveWhatThePlainDefinitionGives) {
