@@ -55,8 +55,8 @@ public:
     /// Moves the current position to `offset` bytes from the start; it may lie past the end.
     virtual FileResult Seek(std::uint64_t offset) = 0;
 
-    /// One system write at the current position, which moves on by what was written. `written`
-    /// receives the count, which may be short of `data.size()` even on success.
+    /// Writes at the current position, which moves on by what was written. `written` receives the
+    /// count, which may be short of `data.size()` even on success.
     virtual FileResult Write(ByteView data, std::uint64_t& written) = 0;
 
     /// Cuts or extends the file at the current position.

@@ -5,6 +5,7 @@
 #include "platform/temp_file.h"
 #include "platform/text.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -13,6 +14,8 @@
 
 namespace kvx {
 namespace {
+
+constexpr std::size_t kWriteStep = 256 * 1024;
 
 FileResult Outcome(int result) {
     return result == 0 ? FileResult::Success() : FileResult::Failure(LastErrorCode());
@@ -82,7 +85,8 @@ public:
         written = 0;
         while (written < data.size()) {
             const ByteView rest = data.subspan(static_cast<std::size_t>(written));
-            const ssize_t done = ::write(file_.Get(), rest.data(), rest.size());
+            const ssize_t done =
+                ::write(file_.Get(), rest.data(), std::min(rest.size(), kWriteStep));
             if (done < 0 && errno == EINTR) continue;
             if (done < 0) return FileResult::Failure(LastErrorCode());
             written += static_cast<std::uint64_t>(done);
