@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 
@@ -75,6 +76,90 @@ TEST_F(LargeFile, ShowsInsertionsAndDeletionsBeyondFourGigabytes) {
     EXPECT_EQ(Shown(0, 3), "had");
     EXPECT_EQ(Shown(kFar - 2, 3), std::string("\0i\0", 3));
     EXPECT_EQ(Shown(kSize - 4, 100), "tail");
+}
+
+/// A file of 5 GiB that exists only as a rule: every 4 KiB begin with their own position, the rest
+/// of what a read gives is whatever was there before.
+class RuledFile final : public ReadableFile {
+public:
+    static constexpr std::uint64_t kStep = 4096;
+
+    std::optional<std::uint64_t> Size() const override { return kSize; }
+
+    std::optional<std::size_t> ReadAt(std::uint64_t offset, std::span<std::uint8_t> target,
+                                      ErrorCode&) const override {
+        const std::uint64_t end = offset + target.size();
+        for (std::uint64_t at = (offset + kStep - 1) / kStep * kStep; at + 8 <= end; at += kStep)
+            std::memcpy(target.data() + (at - offset), &at, 8);
+        return target.size();
+    }
+};
+
+struct Checked {
+    std::uint64_t size = 0;  ///< bytes written
+    std::uint64_t right = 0; ///< positions found where they belong
+};
+
+/// Takes that file with one byte inserted at its start and compares every position in it.
+class CheckingFile final : public WritableFile {
+public:
+    explicit CheckingFile(Checked& checked) : checked_(checked) {}
+
+    FileResult Seek(std::uint64_t) override { return FileResult::Failure(0); }
+    FileResult SetEnd() override { return FileResult::Failure(0); }
+    FileResult Flush() override { return FileResult::Success(); }
+
+    FileResult Write(ByteView data, std::uint64_t& written) override {
+        constexpr std::uint64_t kStep = RuledFile::kStep;
+        const std::uint64_t start = checked_.size;
+        checked_.size = start + data.size();
+        for (std::uint64_t at = (start + kStep - 2) / kStep * kStep + 1; at + 8 <= checked_.size;
+             at += kStep) {
+            std::uint64_t position = 0;
+            std::memcpy(&position, data.data() + (at - start), 8);
+            if (position == at - 1) ++checked_.right;
+        }
+        written = data.size();
+        return FileResult::Success();
+    }
+
+private:
+    Checked& checked_;
+};
+
+class RuledFileLayer final : public FileLayer {
+public:
+    std::unique_ptr<ReadableFile> OpenForReading(const std::u16string&, ErrorCode&) override {
+        return std::make_unique<RuledFile>();
+    }
+    std::unique_ptr<WritableFile> OpenForWriting(const std::u16string&, ErrorCode&) override {
+        return nullptr;
+    }
+    std::unique_ptr<WritableFile> CreateForWriting(const std::u16string&, ErrorCode&) override {
+        return std::make_unique<CheckingFile>(checked);
+    }
+    std::optional<std::u16string> MakeTempFile(const std::u16string&, std::u16string_view,
+                                               ErrorCode&) override {
+        return u"temp";
+    }
+    FileResult MoveOver(const std::u16string&, const std::u16string&) override {
+        return FileResult::Success();
+    }
+    FileResult Delete(const std::u16string&) override { return FileResult::Success(); }
+
+    Checked checked;
+};
+
+TEST(LargeFileSave, CopiesBeyondFourGigabytesThroughATempFile) {
+    RuledFileLayer files;
+    EditableDocument document(files);
+    ASSERT_TRUE(document.Open(u"folder/f.bin"));
+    ASSERT_TRUE(document.InsertByte(0, 'x'));
+    std::uint64_t last = 0;
+    ASSERT_TRUE(document.Save([&](std::uint64_t done, std::uint64_t) { last = done; }));
+    EXPECT_EQ(files.checked.size, kSize + 1);
+    EXPECT_EQ(last, kSize + 1);
+    EXPECT_EQ(files.checked.right, kSize / RuledFile::kStep);
 }
 
 } // namespace
