@@ -28,7 +28,7 @@ use_ccache() {
   fi
 }
 
-# build_preset <preset> [target]: configures and builds; everything is built without a target.
+# build_preset <preset> [target]: configures and builds the target, or everything.
 build_preset() {
   (
     cd "$kivra_root" || exit 1
