@@ -1,4 +1,5 @@
 #include "tests/document/edited_file.h"
+#include "tests/document/scarce_memory.h"
 
 #include <gtest/gtest.h>
 
@@ -182,6 +183,22 @@ TEST(SavingFaults, AFileThatDoesNotOpenAfterAFailedMoveKeepsItsEditsPending) {
     EXPECT_TRUE(file.document.IsModified());
     EXPECT_EQ(file.Disk(), "0123456789");
     EXPECT_TRUE(file.IsAlone());
+}
+
+TEST(SavingFaults, NoAllocationLeftAtAnyMomentLeavesTheOldFileOrTheWholeNewOne) {
+    bool saved = false;
+    for (int allocations = 0; !saved; ++allocations) {
+        SCOPED_TRACE(allocations);
+        EditedFile file("0123456789");
+        file.Insert(5, "inserted");
+        try {
+            const ScarceMemory scarce(allocations);
+            saved = file.document.Save();
+        } catch (const std::bad_alloc&) {}
+        const std::string disk = file.Disk();
+        EXPECT_EQ(disk, file.document.IsModified() ? file.onDisk : file.expected);
+        ASSERT_LT(allocations, 1000);
+    }
 }
 
 } // namespace
