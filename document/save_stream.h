@@ -7,7 +7,7 @@
 namespace kvx {
 
 /// Gathers the pieces of a document in one buffer and writes it whenever it is full, so that a
-/// hundred thousand small edits cost no more calls than none. Progress is told after each write.
+/// hundred thousand small edits cost no more writes than none. Progress is told after each write.
 /// After a failure the stream is of no further use.
 class SaveStream {
 public:
