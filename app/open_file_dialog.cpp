@@ -2,11 +2,35 @@
 
 #include "platform/win32/wide.h"
 
+#include <filesystem>
+#include <system_error>
+
 #include <commdlg.h>
 
 namespace kvx {
+namespace {
+
+// The dialog takes the whole process to the folder that the user looks at, even when it is
+// cancelled. A document that was opened by a relative path would then be saved somewhere else.
+class CurrentFolderScope {
+public:
+    CurrentFolderScope() = default;
+    ~CurrentFolderScope() {
+        std::error_code ignored;
+        if (!folder_.empty()) std::filesystem::current_path(folder_, ignored);
+    }
+    CurrentFolderScope(const CurrentFolderScope&) = delete;
+    CurrentFolderScope& operator=(const CurrentFolderScope&) = delete;
+
+private:
+    std::error_code error_;
+    std::filesystem::path folder_ = std::filesystem::current_path(error_);
+};
+
+} // namespace
 
 std::optional<std::u16string> ChooseExistingFile(HWND owner, const std::u16string& title) {
+    const CurrentFolderScope keepFolder;
     wchar_t path[MAX_PATH] = {};
     OPENFILENAMEW dialog{};
     dialog.lStructSize = sizeof(dialog);

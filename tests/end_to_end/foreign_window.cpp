@@ -143,6 +143,22 @@ std::optional<MessageBoxWindow> WaitForMessageBox(DWORD processId) {
     return came ? std::optional(box) : std::nullopt;
 }
 
+bool ChooseInFileDialog(DWORD processId, const std::wstring& path) {
+    HWND dialog = nullptr;
+    HWND name = nullptr;
+    const bool came = WaitUntil([&] {
+        for (const HWND window : WindowsOf(processId, L"#32770")) {
+            dialog = window;
+            name = ChildOf(window, L"Edit");
+        }
+        return name != nullptr && ::IsWindowVisible(name) != FALSE;
+    });
+    if (!came) return false;
+    ::SendMessageW(name, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(path.c_str()));
+    ::PostMessageW(::GetDlgItem(dialog, IDOK), BM_CLICK, 0, 0);
+    return WaitUntil([&] { return ::IsWindow(dialog) == FALSE; });
+}
+
 bool Keyboard::TakeForeground() const {
     ::SetForegroundWindow(topLevel_);
     if (!WaitUntil([this] { return HasFocus(topLevel_, focus_); })) return false;

@@ -47,6 +47,9 @@ struct MessageBoxWindow {
 /// Waits for a message box; empty when none comes.
 std::optional<MessageBoxWindow> WaitForMessageBox(DWORD processId);
 
+/// Waits for the process's file dialog and chooses `path` in it; false when none comes or it stays.
+bool ChooseInFileDialog(DWORD processId, const std::wstring& path);
+
 /// Presses keys of the real keyboard in `window`, which is first brought to the foreground and
 /// given time to have the focus. False when it never gets it.
 class Keyboard {

@@ -27,13 +27,15 @@ ProgramCopy::ProgramCopy() {
                           std::filesystem::copy_options::recursive);
 }
 
-KivraProcess::KivraProcess(const ProgramCopy& program, const std::wstring& arguments) {
+KivraProcess::KivraProcess(const ProgramCopy& program, const std::wstring& arguments,
+                           const std::filesystem::path& folder) {
     std::wstring line = Quoted(program.Program()) + L" " + arguments;
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION info{};
     if (::CreateProcessW(program.Program().c_str(), line.data(), nullptr, nullptr, FALSE, 0,
-                         nullptr, nullptr, &startup, &info) == FALSE)
+                         nullptr, folder.empty() ? nullptr : folder.c_str(), &startup,
+                         &info) == FALSE)
         throw std::runtime_error("kivra.exe does not start");
     process_ = UniqueKernelHandle(info.hProcess);
     const UniqueKernelHandle thread(info.hThread);

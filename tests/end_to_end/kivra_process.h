@@ -31,8 +31,10 @@ private:
 /// One running program; ended by force when the test leaves it running.
 class KivraProcess {
 public:
-    /// `arguments` is the rest of the command line as it stands. Does not wait for the window.
-    KivraProcess(const ProgramCopy& program, const std::wstring& arguments);
+    /// `arguments` is the rest of the command line as it stands; `folder` is the current folder of
+    /// the new process, by default this one's. Does not wait for the window.
+    KivraProcess(const ProgramCopy& program, const std::wstring& arguments,
+                 const std::filesystem::path& folder = {});
     ~KivraProcess();
     KivraProcess(const KivraProcess&) = delete;
     KivraProcess& operator=(const KivraProcess&) = delete;
@@ -75,6 +77,7 @@ private:
 
 /// Numbers of the commands, as the menu sends them.
 enum CommandNumber : UINT {
+    kCommandOpen = 1001,
     kCommandSave = 1002,
     kCommandClose = 1003,
     kCommandToggleReadOnly = 1004,

@@ -42,6 +42,23 @@ TEST(RecentFilesTest, AnOpenedFileIsOfferedByTheNextRun) {
     EXPECT_TRUE(kivra.WaitForTitle(text("app.title")));
 }
 
+TEST(RecentFilesTest, ARelativePathMeansTheSameFileAfterTheOpenDialog) {
+    const ProgramCopy program;
+    const ProgramTexts text(program);
+    const TempFolder here;
+    const TempFolder elsewhere;
+    here.Write(u"near.bin", "near");
+    elsewhere.Write(u"far.bin", "far");
+    KivraProcess kivra(program, L"near.bin", here.Root());
+    ASSERT_TRUE(kivra.WaitForWindow());
+    ASSERT_TRUE(kivra.WaitForTitle(text.Title(u"near.bin")));
+    kivra.Post(kCommandOpen);
+    ASSERT_TRUE(ChooseInFileDialog(kivra.Id(), (elsewhere.Root() / "far.bin").wstring()));
+    ASSERT_TRUE(kivra.WaitForTitle(text.Title(u"far.bin")));
+    kivra.Post(kCommandRecentFirst + 1);
+    EXPECT_TRUE(kivra.WaitForTitle(text.Title(u"near.bin")));
+}
+
 TEST(RecentFilesTest, ThemeAndLanguageSurviveARestart) {
     const ProgramCopy program;
     {
