@@ -1,6 +1,5 @@
 // Random input against a plain model of caret, selection and bytes, from fixed seeds.
 #include "hexview/frame.h"
-#include "hexview/hex_view.h"
 #include "hexview/hex_view_layout.h"
 #include "tests/hexview/view_stage.h"
 
@@ -21,7 +20,7 @@ public:
     Bytes bytes;
     std::size_t caret = 0;
     bool inserting = false;
-    std::optional<std::pair<std::size_t, std::size_t>> selection;
+    std::optional<std::pair<std::uint64_t, std::uint64_t>> selection;
 
     std::size_t Last() const { return bytes.size() - (inserting || bytes.empty() ? 0 : 1); }
 
@@ -64,8 +63,9 @@ public:
         std::size_t first = forward ? caret : caret - 1;
         std::size_t count = 1;
         if (selection) {
-            first = std::min(selection->first, selection->second);
-            count = std::max(selection->first, selection->second) - first + 1;
+            const auto [low, high] = std::minmax(selection->first, selection->second);
+            first = static_cast<std::size_t>(low);
+            count = static_cast<std::size_t>(high - low) + 1;
         } else if (forward ? caret == bytes.size() : caret == 0) {
             return;
         }
@@ -90,25 +90,11 @@ public:
     }
 
     void Step() {
-        switch (Below(12)) {
-        case 0:
-            return Click();
-        case 1:
-            return Scroll();
-        case 2:
-            return Resize();
-        case 3:
-            return Toggle();
-        case 4:
-        case 5:
-            return Remove();
-        case 6:
-        case 7:
-        case 8:
-            return Type();
-        default:
-            return Move();
-        }
+        using Self = RandomDriver;
+        static constexpr void (Self::*kActions[])() = {
+            &Self::Click, &Self::Scroll, &Self::Resize, &Self::Toggle, &Self::Remove, &Self::Remove,
+            &Self::Type,  &Self::Type,   &Self::Type,   &Self::Move,   &Self::Move,   &Self::Move};
+        (this->*kActions[Below(std::size(kActions))])();
     }
 
     void Check() {
@@ -116,10 +102,8 @@ public:
         ASSERT_EQ(stage_.document.bytes, model_.bytes);
         ASSERT_EQ(state.caret, model_.caret);
         ASSERT_EQ(state.hasSelection, model_.selection.has_value());
-        if (model_.selection) {
-            ASSERT_EQ(state.selAnchor, model_.selection->first);
-            ASSERT_EQ(state.selEnd, model_.selection->second);
-        }
+        const std::pair selected(state.selAnchor, state.selEnd);
+        ASSERT_EQ(model_.selection.value_or(selected), selected);
         ASSERT_LE(state.topRow, LargestTopRow(state));
         ASSERT_GE(state.scrollX, 0);
         ASSERT_LE(state.scrollX, LargestScrollX(state));
@@ -133,38 +117,24 @@ private:
 
     void Move() {
         const auto page = static_cast<std::ptrdiff_t>(VisibleRows(stage_.State()) * 16);
+        const std::pair<Key, std::ptrdiff_t> steps[] = {
+            {Key::Left, -1}, {Key::Right, 1},      {Key::Up, -16},
+            {Key::Down, 16}, {Key::PageUp, -page}, {Key::PageDown, page},
+        };
         const bool control = Below(4) == 0;
         const std::size_t rowStart = model_.caret / 16 * 16;
-        const auto press = [&](Key key) { stage_.view.OnKeyDown(key, control); };
-        switch (Below(8)) {
-        case 0:
-            press(Key::Left), model_.MoveBy(-1);
-            break;
-        case 1:
-            press(Key::Right), model_.MoveBy(1);
-            break;
-        case 2:
-            press(Key::Up), model_.MoveBy(-16);
-            break;
-        case 3:
-            press(Key::Down), model_.MoveBy(16);
-            break;
-        case 4:
-            press(Key::PageUp), model_.MoveBy(-page);
-            break;
-        case 5:
-            press(Key::PageDown), model_.MoveBy(page);
-            break;
-        case 6:
-            press(Key::Home), model_.MoveTo(control ? 0 : rowStart);
-            break;
-        default:
-            press(Key::End), model_.MoveTo(control ? model_.Last() : rowStart + 15);
-            break;
+        const std::size_t choice = Below(8);
+        if (choice < std::size(steps)) {
+            stage_.view.OnKeyDown(steps[choice].first, control);
+            model_.MoveBy(steps[choice].second);
+        } else if (choice == 6) {
+            stage_.view.OnKeyDown(Key::Home, control);
+            model_.MoveTo(control ? 0 : rowStart);
+        } else {
+            stage_.view.OnKeyDown(Key::End, control);
+            model_.MoveTo(control ? model_.Last() : rowStart + 15);
         }
-        const std::uint64_t row = stage_.State().caret / 16;
-        EXPECT_TRUE(row >= stage_.State().topRow &&
-                    row < stage_.State().topRow + VisibleRows(stage_.State()));
+        EXPECT_TRUE(ShowsCaretRow());
     }
 
     PointPx RandomPoint() {
@@ -181,7 +151,7 @@ private:
             const PointPx to = RandomPoint();
             const auto over = stage_.view.HitTest(to);
             stage_.view.OnMouseMove(to);
-            if (hit && over) model_.selection->second = static_cast<std::size_t>(*over);
+            if (hit && over) model_.selection->second = *over;
         }
         stage_.view.OnLeftButtonUp();
     }
@@ -189,14 +159,13 @@ private:
     void Scroll() {
         const auto request = static_cast<ScrollRequest>(Below(9));
         const auto track = static_cast<std::int32_t>(Below(700)) - 50;
-        switch (Below(3)) {
-        case 0:
-            return stage_.view.OnVerticalScroll(request, track);
-        case 1:
-            return stage_.view.OnHorizontalScroll(request, track);
-        default:
-            return stage_.view.OnWheel(track, Below(4) == 0);
-        }
+        const std::size_t choice = Below(3);
+        if (choice == 0)
+            stage_.view.OnVerticalScroll(request, track);
+        else if (choice == 1)
+            stage_.view.OnHorizontalScroll(request, track);
+        else
+            stage_.view.OnWheel(track, Below(4) == 0);
     }
 
     void Resize() {
@@ -221,16 +190,24 @@ private:
         model_.Type(static_cast<unsigned>(digit));
     }
 
+    bool ShowsCaretRow() const {
+        const std::uint64_t row = model_.caret / 16;
+        const std::uint64_t top = stage_.State().topRow;
+        return row >= top && row < top + VisibleRows(stage_.State());
+    }
+
     void CheckFrame(const Frame& frame) const {
         const HexViewState& state = stage_.State();
         const auto first = static_cast<std::size_t>(state.topRow * 16);
         const std::size_t count = std::min(model_.bytes.size() - first,
                                            static_cast<std::size_t>(VisibleRows(state) * 16));
         ASSERT_EQ(frame.hex.texts.size(), count);
+        const bool outlined = !model_.inserting && !model_.bytes.empty() && ShowsCaretRow();
+        ASSERT_EQ(frame.outlines.size(), outlined ? 2U : 0U);
         for (std::size_t i = 0; i < count; ++i) {
             const std::u16string& pair = frame.hex.texts[i].text;
-            const std::string narrow(pair.begin(), pair.end());
-            ASSERT_EQ(std::stoul(narrow, nullptr, 16), model_.bytes[first + i]);
+            const std::string digits(pair.begin(), pair.end());
+            ASSERT_EQ(std::stoul(digits, nullptr, 16), model_.bytes[first + i]);
         }
     }
 

@@ -14,20 +14,17 @@ inline void PrintTo(const ScrollBar& bar, std::ostream* out) {
     *out << "{max " << bar.max << ", page " << bar.page << ", position " << bar.position << "}";
 }
 
-inline void PrintTo(HexViewNotification notification, std::ostream* out) {
-    *out << "WM_APP + " << static_cast<std::uint32_t>(notification) - 0x8000;
-}
-
 /// At 16 DIPs: hex characters 10 wide, text characters 8 wide, rows 24 high.
 class FixedMeasurer final : public TextMeasurer {
 public:
     int measured = 0;
+    float scale = 1.0F;
 
     float WidestCharacter(const FontSpec& font, std::u16string_view set) override {
         ++measured;
-        return set.size() == 95 ? font.sizeDip * 0.5F : font.sizeDip * 0.625F;
+        return scale * font.sizeDip * (set.size() == 95 ? 0.5F : 0.625F);
     }
-    float LineHeight(const FontSpec& font) override { return font.sizeDip * 1.35F; }
+    float LineHeight(const FontSpec& font) override { return scale * font.sizeDip * 1.35F; }
 };
 
 class RecordingHost final : public HexViewHost {
@@ -37,7 +34,6 @@ public:
     ScrollBar vertical;
     ScrollBar horizontal;
     std::function<void()> onSetScrollBars;
-    std::vector<std::u16string> copies;
     bool captured = false;
     int focusRequests = 0;
     bool blinking = false;
@@ -53,7 +49,7 @@ public:
         horizontal = newHorizontal;
         if (onSetScrollBars) onSetScrollBars();
     }
-    void CopyToClipboard(const std::u16string& text) override { copies.push_back(text); }
+    void CopyToClipboard(const std::u16string&) override {}
     void CaptureMouse() override { captured = true; }
     void ReleaseMouse() override { captured = false; }
     void TakeFocus() override { ++focusRequests; }
@@ -65,7 +61,6 @@ public:
     void Forget() {
         invalidations = 0;
         notifications.clear();
-        copies.clear();
         focusRequests = 0;
         resourceReleases = 0;
     }
@@ -81,10 +76,13 @@ struct ViewStage {
     FixedMeasurer measurer;
     HexView view{host, measurer};
 
-    explicit ViewStage(Bytes bytes = {}) : document(std::move(bytes)) {
-        Show(&document, &document);
+    explicit ViewStage(Bytes bytes = {}, std::uint64_t zerosBehind = 0)
+        : document(std::move(bytes)) {
+        document.zerosBehind = zerosBehind;
+        view.SetDocument(&document, &document);
+        view.SetClientSize(kStageWidth, kStageHeight);
+        host.Forget();
     }
-    explicit ViewStage(const HugeDocument& huge) { Show(&huge, nullptr); }
 
     const HexViewState& State() const { return view.State(); }
 
@@ -98,13 +96,6 @@ struct ViewStage {
     void Type(std::u16string_view characters) {
         for (const char16_t character : characters)
             view.OnChar(character);
-    }
-
-private:
-    void Show(const IReadOnlyDocument* shown, IEditableDocument* editable) {
-        view.SetDocument(shown, editable);
-        view.SetClientSize(kStageWidth, kStageHeight);
-        host.Forget();
     }
 };
 

@@ -6,7 +6,6 @@
 #include "hexview/hex_view_window.h"
 #include "tests/hexview/memory_document.h"
 
-#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -60,22 +59,6 @@ public:
     /// Resizes the view's window, scroll bars included; pixels.
     void Resize(int width, int height) {
         ::SetWindowPos(window.Handle(), nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER);
-    }
-
-    /// Deals with one waiting message; false when there is none.
-    static bool PumpOne() {
-        MSG message;
-        if (!::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) return false;
-        ::DispatchMessageW(&message);
-        return true;
-    }
-
-    /// Pumps until `done`, three seconds at most; gives the last answer.
-    static bool PumpUntil(const std::function<bool()>& done) {
-        const ULONGLONG start = ::GetTickCount64();
-        while (!done() && ::GetTickCount64() - start < 3000)
-            if (!PumpOne()) ::Sleep(10);
-        return done();
     }
 
     /// What the parent was told, posted messages included.
