@@ -24,6 +24,7 @@ passed=0 failed=0 skipped=0
 step_number=0
 summary=()
 logs=$kivra_build/logs
+results= # folder of the reports of the step that runs
 
 # step <title> <function> [argument]...: runs the function with its output in a log, which is shown if it
 # fails. A step counts as one test, unless it runs test programs, whose cases count instead.
@@ -32,15 +33,16 @@ step() {
   shift
   step_number=$((step_number + 1))
   log=$logs/step$step_number.log
-  rm -rf "$logs/results" && mkdir -p "$logs/results"
+  results=$logs/step$step_number
+  mkdir -p "$results"
   printf '== %s\n' "$title"
   if "$@" >"$log" 2>&1; then
     result=ok
   else
     result=FAILED step_passed=0 step_failed=1
   fi
-  if [ -e "$logs/results/counts" ]; then
-    read -r step_passed step_failed step_skipped <"$logs/results/counts"
+  if [ -e "$results/counts" ]; then
+    read -r step_passed step_failed step_skipped <"$results/counts"
     # A program may pass its cases and still end badly: a leak found at the end, a crash.
     [ "$result" = ok ] || [ "$step_failed" -gt 0 ] || step_failed=1
     [ "$step_failed" -eq 0 ] || result=FAILED
@@ -57,25 +59,28 @@ step() {
 # when they shuffle them.
 launcher=()
 if setarch -R true 2>/dev/null; then launcher=(setarch -R); fi
+# The drive on which the test programs see the files of this system.
+root_drive=
 
 # run_tests <build folder> <seconds per program> <ctest option>...: runs test programs and counts their
 # cases from the reports that they write. A program without a report crashed: one failed case.
 run_tests() {
   local folder=$1 seconds=$2 name report result=0 total=(0 0 0) cases
   shift 2
-  GTEST_OUTPUT=xml:$logs/results/ GTEST_BRIEF=1 "${launcher[@]}" \
+  GTEST_OUTPUT=xml:$root_drive$results/ GTEST_BRIEF=1 "${launcher[@]}" \
     ctest --test-dir "$folder" --timeout "$seconds" --output-on-failure --no-tests=error "$@" || result=1
   for name in $(ctest --test-dir "$folder" -N "$@" | sed -n 's/^ *Test *#[0-9]*: //p'); do
-    report=$logs/results/kivra_${name}_tests.xml
+    report=$results/kivra_${name}_tests.xml
     cases=(0 1 0)
     if [ -s "$report" ]; then
       read -r -a cases < <(count_cases "$report")
+      grep -E 'result="(skipped|suppressed)"' "$report" | sed 's/.*<testcase name="\([^"]*\)".*/Left out: \1/'
     else
       say "$name: the program left no report of its cases"
     fi
     total=($((total[0] + cases[0])) $((total[1] + cases[1])) $((total[2] + cases[2])))
   done
-  printf '%d %d %d\n' "${total[@]}" >"$logs/results/counts"
+  printf '%d %d %d\n' "${total[@]}" >"$results/counts"
   return "$result"
 }
 
@@ -100,6 +105,7 @@ build_and_test() {
 
 # run_windows_tests <ctest option>...: one program at a time, since only one window has the focus.
 run_windows_tests() {
+  local root_drive=Z:
   run_tests "$kivra_build/windows-cmake" 600 "$@"
 }
 
@@ -130,7 +136,7 @@ esac
 if [ -n "$quick" ]; then need build test; else need build test wine display; fi
 use_utf8
 use_ccache
-rm -f "$logs"/step*.log
+rm -rf "$logs"/step*
 
 step 'Format' check_format
 step 'Scripts parse' check_scripts
