@@ -1,5 +1,5 @@
-// The document as readers see it: bytes at offsets. Implemented by the opened file and by the edited
-// document over it.
+// The document as readers see it: bytes at offsets. Implemented by the opened file and by the
+// edited document over it.
 #pragma once
 
 #include "platform/bytes.h"
@@ -27,7 +27,8 @@ public:
     virtual Bytes ReadBytes(std::uint64_t offset, std::uint64_t count) const = 0;
 };
 
-/// Abstract document that can be changed byte by byte. Offsets are positions in the edited document.
+/// Abstract document that can be changed byte by byte. Offsets are positions in the edited
+/// document.
 class IEditableDocument : public IReadOnlyDocument {
 public:
     /// Replaces the byte at `offset`; false when refused.
