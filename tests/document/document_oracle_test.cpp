@@ -69,8 +69,6 @@ public:
     }
 
 private:
-    enum class Move { Overwrite, Insert, InsertInFront, Delete, Backspace, Scatter };
-
     Bytes RandomBytes(std::size_t count) {
         Bytes bytes(count);
         for (std::uint8_t& byte : bytes)
@@ -78,72 +76,31 @@ private:
         return bytes;
     }
 
-    // People edit in bursts: typing on, deleting on, from one place.
+    // People edit in bursts: typing on, deleting on, forwards or backwards from one place.
     void StartBurst() {
         burst_ = dice_.OneIn(3) ? 1 + dice_.Below(25) : 1;
-        move_ = static_cast<Move>(dice_.Below(6));
+        scattered_ = dice_.OneIn(6);
+        kind_ = dice_.Below(3);
+        direction_ = dice_.Below(3);
         const std::uint64_t size = plain_.EditedSize();
         caret_ = dice_.OneIn(3) ? std::min(caret_, size) : dice_.Below(size + 2);
         if (dice_.OneIn(20)) caret_ = size;
     }
 
     void EditOnce() {
-        switch (move_) {
-        case Move::Overwrite:
-            Overwrite(caret_++);
-            break;
-        case Move::Insert:
-            Insert(caret_++);
-            break;
-        case Move::InsertInFront:
-            Insert(caret_);
-            break;
-        case Move::Delete:
-            Delete(caret_);
-            break;
-        case Move::Backspace:
-            Delete(caret_ -= caret_ > 0 ? 1 : 0);
-            break;
-        case Move::Scatter:
-            Scatter();
-            break;
-        }
-    }
-
-    void Scatter() {
-        const std::uint64_t position = dice_.Below(plain_.EditedSize() + 2);
-        switch (dice_.Below(3)) {
-        case 0:
-            Overwrite(position);
-            break;
-        case 1:
-            Insert(position);
-            break;
-        default:
-            Delete(position);
-            break;
-        }
-    }
-
-    void Overwrite(std::uint64_t position) {
-        const std::uint8_t value = ValueFor(position);
-        EXPECT_EQ(document_.OverwriteByte(position, value), plain_.OverwriteByte(position, value));
-    }
-
-    // Often enough the file's own byte, which takes the edit back.
-    std::uint8_t ValueFor(std::uint64_t position) {
-        const auto place = plain_.Locate(position);
-        const bool takeBack = place && !place->inserted && dice_.OneIn(4);
-        return takeBack ? plain_.FileByte(place->position) : dice_.Byte();
-    }
-
-    void Insert(std::uint64_t position) {
-        const std::uint8_t value = dice_.Byte();
-        EXPECT_EQ(document_.InsertByte(position, value), plain_.InsertByte(position, value));
-    }
-
-    void Delete(std::uint64_t position) {
-        EXPECT_EQ(document_.DeleteByte(position), plain_.DeleteByte(position));
+        if (scattered_) kind_ = dice_.Below(3);
+        if (scattered_) caret_ = dice_.Below(plain_.EditedSize() + 2);
+        const std::uint64_t at = caret_;
+        // Often enough the file's own byte, which takes the edit back.
+        const std::uint8_t value = dice_.OneIn(4) ? plain_.OriginalByte(at) : dice_.Byte();
+        if (kind_ == 0)
+            EXPECT_EQ(document_.OverwriteByte(at, value), plain_.OverwriteByte(at, value));
+        else if (kind_ == 1)
+            EXPECT_EQ(document_.InsertByte(at, value), plain_.InsertByte(at, value));
+        else
+            EXPECT_EQ(document_.DeleteByte(at), plain_.DeleteByte(at));
+        if (direction_ == 1) ++caret_;
+        if (direction_ == 2 && caret_ > 0) --caret_;
     }
 
     void CompareQuickly() {
@@ -181,7 +138,9 @@ private:
     PlainDocument plain_;
     EditableDocument document_;
     std::u16string path_;
-    Move move_ = Move::Scatter;
+    std::uint64_t kind_ = 0;      ///< of the edits: overwrite, insert, delete
+    std::uint64_t direction_ = 0; ///< of the caret after each: stays, forwards, backwards
+    bool scattered_ = false;      ///< all over the document instead
     std::uint64_t caret_ = 0;
     std::uint64_t burst_ = 0;
     std::uint64_t stepsToSave_ = dice_.Below(2000);

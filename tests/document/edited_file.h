@@ -6,9 +6,6 @@
 #include "tests/document/faulty_file_layer.h"
 #include "tests/support/temp_folder.h"
 
-#include <gtest/gtest.h>
-
-#include <ostream>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -59,6 +56,19 @@ public:
         return {bytes.begin(), bytes.end()};
     }
 
+    /// The edits in on-disk order: "I7+3" is three bytes inserted at anchor 7.
+    std::string Records() const {
+        std::string text;
+        PieceWalk walk(document.Edits(), onDisk.size());
+        while (const auto piece = walk.Next()) {
+            if (piece->kind == PieceKind::Unchanged) continue;
+            text += text.empty() ? "" : " ";
+            text += "UIOD"[static_cast<std::size_t>(piece->kind)];
+            text += std::to_string(piece->position) + "+" + std::to_string(piece->count);
+        }
+        return text;
+    }
+
     /// True when nothing but the file itself is in the folder.
     bool IsAlone() const { return folder.Names() == std::set<std::u16string>{kName}; }
 
@@ -75,21 +85,5 @@ private:
         if (!done) throw std::logic_error("the document refused");
     }
 };
-
-/// Edits to be saved, and by which of the two ways that is.
-struct EditState {
-    const char* name;
-    std::size_t size; ///< of the file before
-    void (*edit)(EditedFile&);
-    bool inPlace;
-};
-
-inline void PrintTo(const EditState& state, std::ostream* out) {
-    *out << state.name;
-}
-
-inline std::string StateName(const testing::TestParamInfo<EditState>& state) {
-    return state.param.name;
-}
 
 } // namespace kvx

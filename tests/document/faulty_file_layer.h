@@ -10,19 +10,11 @@
 namespace kvx {
 
 /// The calls that a fault can be put on.
+// clang-format off
 enum class Call {
-    OpenForReading,
-    OpenForWriting,
-    Create,
-    TempName,
-    Read,
-    Seek,
-    Write,
-    SetEnd,
-    Flush,
-    Move,
-    Delete,
+    OpenForReading, OpenForWriting, Create, TempName, Read, Seek, Write, SetEnd, Flush, Move, Delete
 };
+// clang-format on
 inline constexpr std::array kCalls = {Call::OpenForReading, Call::OpenForWriting, Call::Create,
                                       Call::TempName,       Call::Read,           Call::Seek,
                                       Call::Write,          Call::SetEnd,         Call::Flush,
@@ -80,13 +72,11 @@ public:
     }
 
     FileResult MoveOver(const std::u16string& from, const std::u16string& to) override {
-        ErrorCode error = 0;
-        return Fails(Call::Move, error) ? FileResult::Failure(error) : files_.MoveOver(from, to);
+        return Try(Call::Move, [&] { return files_.MoveOver(from, to); });
     }
 
     FileResult Delete(const std::u16string& path) override {
-        ErrorCode error = 0;
-        return Fails(Call::Delete, error) ? FileResult::Failure(error) : files_.Delete(path);
+        return Try(Call::Delete, [&] { return files_.Delete(path); });
     }
 
 private:
@@ -117,9 +107,7 @@ private:
             : layer_(layer), file_(std::move(file)) {}
 
         FileResult Seek(std::uint64_t offset) override {
-            ErrorCode error = 0;
-            return layer_.Fails(Call::Seek, error) ? FileResult::Failure(error)
-                                                   : file_->Seek(offset);
+            return layer_.Try(Call::Seek, [&] { return file_->Seek(offset); });
         }
 
         FileResult Write(ByteView data, std::uint64_t& written) override {
@@ -131,13 +119,11 @@ private:
         }
 
         FileResult SetEnd() override {
-            ErrorCode error = 0;
-            return layer_.Fails(Call::SetEnd, error) ? FileResult::Failure(error) : file_->SetEnd();
+            return layer_.Try(Call::SetEnd, [&] { return file_->SetEnd(); });
         }
 
         FileResult Flush() override {
-            ErrorCode error = 0;
-            return layer_.Fails(Call::Flush, error) ? FileResult::Failure(error) : file_->Flush();
+            return layer_.Try(Call::Flush, [&] { return file_->Flush(); });
         }
 
     private:
@@ -165,6 +151,12 @@ private:
         const Fault* fault = Meet(call);
         if (fault) error = fault->code;
         return fault != nullptr;
+    }
+
+    template <typename Action>
+    FileResult Try(Call call, Action action) {
+        ErrorCode error = 0;
+        return Fails(call, error) ? FileResult::Failure(error) : action();
     }
 
     FileLayer& files_ = SystemFileLayer();

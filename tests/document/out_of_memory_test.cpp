@@ -1,37 +1,83 @@
 // Edits and reads for which there is no memory are refused and change nothing.
 #include "tests/document/edited_file.h"
-#include "tests/document/scarce_memory.h"
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <new>
 #include <random>
+
+namespace {
+
+/// Allocations that still succeed; below zero: all of them.
+int allocationsLeft = -1;
+
+void* Allocate(std::size_t size) noexcept {
+    if (allocationsLeft == 0) return nullptr;
+    if (allocationsLeft > 0) --allocationsLeft;
+    return std::malloc(size > 0 ? size : 1);
+}
+
+void* AllocateOrThrow(std::size_t size) {
+    void* block = Allocate(size);
+    if (!block) throw std::bad_alloc();
+    return block;
+}
+
+} // namespace
+
+// The program's allocation functions, all but those for over-aligned blocks.
+void* operator new(std::size_t size) {
+    return AllocateOrThrow(size);
+}
+void* operator new[](std::size_t size) {
+    return AllocateOrThrow(size);
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return Allocate(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+    return Allocate(size);
+}
+void operator delete(void* block) noexcept {
+    std::free(block);
+}
+void operator delete[](void* block) noexcept {
+    std::free(block);
+}
+void operator delete(void* block, std::size_t) noexcept {
+    std::free(block);
+}
+void operator delete[](void* block, std::size_t) noexcept {
+    std::free(block);
+}
 
 namespace kvx {
 namespace {
 
-// Edits somewhere in the document with memory for at most two allocations. True when the edit was
-// done; the string follows it.
+/// What `action` gives when it may allocate so many times.
+template <typename Action>
+auto WithAllocations(int count, Action action) {
+    struct Relief {
+        ~Relief() { allocationsLeft = -1; }
+    } relief;
+    allocationsLeft = count;
+    return action();
+}
+
+// Edits somewhere in the document with memory for at most two allocations, and the string alike.
 bool EditScarcely(EditedFile& file, std::mt19937& random) {
     EditableDocument& document = file.document;
     const std::size_t at = random() % 400;
     const auto value = static_cast<std::uint8_t>(random());
-    const auto shown = static_cast<char>(value);
     const auto kind = random() % 5;
-    bool done = false;
-    {
-        const ScarceMemory scarce(static_cast<int>(random() % 3));
-        done = kind == 0  ? document.DeleteByte(at)
-               : kind < 3 ? document.OverwriteByte(at, value)
-                          : document.InsertByte(at, value);
-    }
-    if (!done) return false;
-    if (kind == 0)
-        file.expected.erase(at, 1);
-    else if (kind < 3)
-        file.expected[at] = shown;
-    else
-        file.expected.insert(at, 1, shown);
-    return true;
+    const bool done = WithAllocations(static_cast<int>(random() % 3), [&] {
+        if (kind == 0) return document.DeleteByte(at);
+        return kind < 3 ? document.OverwriteByte(at, value) : document.InsertByte(at, value);
+    });
+    if (done)
+        file.expected.replace(at, kind < 3 ? 1 : 0, kind > 0 ? 1 : 0, static_cast<char>(value));
+    return done;
 }
 
 TEST(OutOfMemory, AnEditIsDoneWhollyOrNotAtAll) {
@@ -53,13 +99,24 @@ TEST(OutOfMemory, AnEditIsDoneWhollyOrNotAtAll) {
 TEST(OutOfMemory, AReadGivesNothing) {
     EditedFile file(Pattern(4000));
     file.Insert(2000, "x");
-    const auto scarcely = [&](int allocations) {
-        const ScarceMemory scarce(allocations);
-        return file.document.ReadBytes(0, 4000);
-    };
-    EXPECT_EQ(scarcely(0), Bytes{});
-    EXPECT_EQ(scarcely(1), Bytes{});
+    for (const int allocations : {0, 1})
+        EXPECT_EQ(WithAllocations(allocations, [&] { return file.document.ReadBytes(0, 4000); }),
+                  Bytes{});
     EXPECT_EQ(file.Shown(), file.expected);
+}
+
+TEST(OutOfMemory, ASaveLeavesTheOldFileOrTheWholeNewOne) {
+    bool saved = false;
+    for (int allocations = 0; !saved; ++allocations) {
+        SCOPED_TRACE(allocations);
+        EditedFile file("0123456789");
+        file.Insert(5, "inserted");
+        try {
+            saved = WithAllocations(allocations, [&] { return file.document.Save(); });
+        } catch (const std::bad_alloc&) {}
+        EXPECT_EQ(file.Disk(), file.document.IsModified() ? file.onDisk : file.expected);
+        ASSERT_LT(allocations, 1000);
+    }
 }
 
 } // namespace

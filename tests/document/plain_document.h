@@ -1,5 +1,5 @@
-// The edited document by its plain definition: three records over the file's bytes, every position
-// found by walking them. Slow and obvious; the real document must give the same answers.
+// The edited document by its plain definition: every byte of it side by side, each with its place
+// in the file. Slow and obvious; the real document must give the same answers.
 #pragma once
 
 #include "document/piece.h"
@@ -7,10 +7,7 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <map>
-#include <optional>
-#include <set>
-#include <unordered_map>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -18,185 +15,112 @@ namespace kvx {
 
 class PlainDocument {
 public:
-    /// What stands at a position: an on-disk byte, or byte `index` of the bytes inserted at an
-    /// anchor.
-    struct Place {
-        bool inserted = false;
-        std::uint64_t position = 0; ///< on-disk position, or the anchor
-        std::uint64_t index = 0;
-    };
-
-    explicit PlainDocument(Bytes file) : file_(std::move(file)) {}
+    explicit PlainDocument(Bytes file) : file_(std::move(file)) {
+        for (const std::uint8_t value : file_)
+            cells_.push_back({false, cells_.size(), value});
+    }
 
     std::uint64_t OnDiskSize() const { return file_.size(); }
-
-    std::uint64_t EditedSize() const {
-        std::uint64_t size = OnDiskSize() - deletions_.size();
-        for (const auto& [anchor, bytes] : insertions_)
-            size += bytes.size();
-        return size;
-    }
+    std::uint64_t EditedSize() const { return cells_.size(); }
 
     bool IsModified() const {
-        return !insertions_.empty() || !deletions_.empty() || !overwrites_.empty();
-    }
-
-    std::optional<Place> Locate(std::uint64_t p) const {
-        if (p >= EditedSize()) return std::nullopt;
-        std::uint64_t previous = 0;
-        std::uint64_t base = 0;
-        for (const auto& [anchor, bytes] : insertions_) {
-            const std::uint64_t live = (anchor - previous) - DeletionsIn(previous, anchor);
-            if (p < base + live) return Place{false, NthLiveByte(previous, anchor, p - base), 0};
-            if (p < base + live + bytes.size()) return Place{true, anchor, p - (base + live)};
-            base += live + bytes.size();
-            previous = anchor;
-        }
-        return Place{false, NthLiveByte(previous, OnDiskSize(), p - base), 0};
-    }
-
-    std::optional<std::uint8_t> ByteAt(std::uint64_t p) const {
-        const auto place = Locate(p);
-        if (!place) return std::nullopt;
-        if (place->inserted) return insertions_.at(place->position)[place->index];
-        if (place->position >= file_.size()) return std::nullopt;
-        const auto replaced = overwrites_.find(place->position);
-        return replaced != overwrites_.end() ? replaced->second : file_[place->position];
+        return cells_.size() != file_.size() ||
+               std::any_of(cells_.begin(), cells_.end(),
+                           [&](const Cell& cell) { return IsNew(cell); });
     }
 
     Bytes ReadBytes(std::uint64_t offset, std::uint64_t count) const {
         Bytes result;
-        while (count-- > 0) {
-            const auto byte = ByteAt(offset++);
-            if (!byte) break;
-            result.push_back(*byte);
-        }
+        for (; count > 0 && offset < cells_.size(); --count)
+            result.push_back(cells_[offset++].value);
         return result;
     }
 
+    Bytes Content() const { return ReadBytes(0, EditedSize()); }
+
     bool OverwriteByte(std::uint64_t p, std::uint8_t value) {
-        const auto place = Locate(p);
-        if (!place) return false;
-        if (place->inserted)
-            insertions_[place->position][place->index] = value;
-        else if (file_[place->position] != value)
-            overwrites_[place->position] = value;
-        else
-            overwrites_.erase(place->position);
+        if (p >= cells_.size()) return false;
+        cells_[p].value = value;
         return true;
     }
 
+    /// Before a byte: at the anchor that the byte has or is. At the end: at the file's end.
     bool InsertByte(std::uint64_t p, std::uint8_t value) {
-        if (p > EditedSize()) return false;
-        if (p == EditedSize()) {
-            insertions_[OnDiskSize()].push_back(value);
-            return true;
-        }
-        const Place place = *Locate(p);
-        Bytes& bytes = insertions_[place.position];
-        const std::uint64_t index = place.inserted ? place.index : bytes.size();
-        bytes.insert(bytes.begin() + static_cast<std::ptrdiff_t>(index), value);
+        if (p > cells_.size()) return false;
+        const std::uint64_t anchor = p < cells_.size() ? cells_[p].place : OnDiskSize();
+        cells_.insert(At(p), {true, anchor, value});
         return true;
     }
 
     bool DeleteByte(std::uint64_t p) {
-        const auto place = Locate(p);
-        if (!place) return false;
-        if (!place->inserted) {
-            deletions_.insert(place->position);
-            overwrites_.erase(place->position);
-            return true;
-        }
-        Bytes& bytes = insertions_[place->position];
-        bytes.erase(bytes.begin() + static_cast<std::ptrdiff_t>(place->index));
-        if (bytes.empty()) insertions_.erase(place->position);
+        if (p >= cells_.size()) return false;
+        cells_.erase(At(p));
         return true;
     }
 
+    /// True when bytes are inserted only at the file's end and deleted only from it backwards.
     bool IsSavedInPlace() const {
-        const bool appendsOnly =
-            insertions_.empty() ||
-            (insertions_.size() == 1 && insertions_.begin()->first == OnDiskSize());
-        return appendsOnly && DeletesOnlyTail();
-    }
-
-    bool DeletesOnlyTail() const {
-        std::uint64_t expected = OnDiskSize() - deletions_.size();
-        return std::all_of(deletions_.begin(), deletions_.end(),
-                           [&](std::uint64_t deleted) { return deleted == expected++; });
+        for (std::uint64_t p = 0; p < cells_.size(); ++p)
+            if (cells_[p].place != (cells_[p].inserted ? OnDiskSize() : p)) return false;
+        return true;
     }
 
     /// Makes the file what saving makes of it. In place, bytes are appended behind the old end
     /// before the file is cut to the edited size, so cutting and appending at once loses appended
     /// bytes.
     void Save() {
-        const std::uint64_t size = EditedSize();
-        Bytes saved = IsSavedInPlace() ? Bytes(file_) : Content();
-        if (IsSavedInPlace()) {
-            for (const auto& [position, value] : overwrites_)
-                saved[position] = value;
-            for (const auto& [anchor, bytes] : insertions_)
-                saved.insert(saved.end(), bytes.begin(), bytes.end());
-            saved.resize(size);
+        const bool inPlace = IsSavedInPlace();
+        Bytes saved = inPlace ? file_ : Bytes();
+        for (const Cell& cell : cells_) {
+            if (inPlace && !cell.inserted)
+                saved[cell.place] = cell.value;
+            else
+                saved.push_back(cell.value);
         }
+        saved.resize(EditedSize());
         *this = PlainDocument(std::move(saved));
-    }
-
-    /// The whole edited document, in one walk over the file.
-    Bytes Content() const {
-        Bytes content;
-        for (std::uint64_t at = 0; at <= OnDiskSize(); ++at) {
-            if (const auto entry = insertions_.find(at); entry != insertions_.end())
-                content.insert(content.end(), entry->second.begin(), entry->second.end());
-            if (at == OnDiskSize() || deletions_.contains(at)) continue;
-            const auto replaced = overwrites_.find(at);
-            content.push_back(replaced != overwrites_.end() ? replaced->second : file_[at]);
-        }
-        return content;
     }
 
     /// The records as single edits in on-disk order: kind, position, value (0 for a deleted byte).
     using Record = std::tuple<PieceKind, std::uint64_t, std::uint8_t>;
     std::vector<Record> Records() const {
         std::vector<Record> records;
-        for (std::uint64_t at = 0; at <= OnDiskSize(); ++at) {
-            if (const auto entry = insertions_.find(at); entry != insertions_.end())
-                for (const std::uint8_t value : entry->second)
-                    records.emplace_back(PieceKind::Inserted, at, value);
-            if (deletions_.contains(at)) records.emplace_back(PieceKind::Deleted, at, 0);
-            if (const auto entry = overwrites_.find(at); entry != overwrites_.end())
-                records.emplace_back(PieceKind::Overwritten, at, entry->second);
+        std::uint64_t next = 0;
+        const auto deleteUpTo = [&](std::uint64_t place) {
+            for (; next < place; ++next)
+                records.emplace_back(PieceKind::Deleted, next, 0);
+        };
+        for (const Cell& cell : cells_) {
+            deleteUpTo(cell.place);
+            if (IsNew(cell))
+                records.emplace_back(cell.inserted ? PieceKind::Inserted : PieceKind::Overwritten,
+                                     cell.place, cell.value);
+            if (!cell.inserted) ++next;
         }
+        deleteUpTo(OnDiskSize());
         return records;
     }
 
-    /// The file's own byte; `at` is an on-disk position.
-    std::uint8_t FileByte(std::uint64_t at) const { return file_[at]; }
-
-private:
-    std::uint64_t DeletionsIn(std::uint64_t from, std::uint64_t to) const {
-        std::uint64_t count = 0;
-        for (auto at = deletions_.lower_bound(from); at != deletions_.end() && *at < to; ++at)
-            ++count;
-        return count;
+    /// The value that takes back an overwrite at `p`; any for other positions.
+    std::uint8_t OriginalByte(std::uint64_t p) const {
+        return p < cells_.size() && !cells_[p].inserted ? file_[cells_[p].place] : 0;
     }
 
-    // The k-th byte of [from, to) that is not deleted.
-    std::uint64_t NthLiveByte(std::uint64_t from, std::uint64_t to, std::uint64_t k) const {
-        if (DeletionsIn(from, to) == 0) return from + k;
-        std::uint64_t at = from + k;
-        while (at < to) {
-            const std::uint64_t expected = from + k + DeletionsIn(from, at + 1);
-            if (expected == at && !deletions_.contains(at)) return at;
-            at = expected;
-        }
-        return to;
+private:
+    struct Cell {
+        bool inserted = false;
+        std::uint64_t place = 0; ///< on-disk position; the anchor of an inserted byte
+        std::uint8_t value = 0;
+    };
+
+    bool IsNew(const Cell& cell) const { return cell.inserted || cell.value != file_[cell.place]; }
+
+    std::vector<Cell>::iterator At(std::uint64_t p) {
+        return cells_.begin() + static_cast<std::ptrdiff_t>(p);
     }
 
     Bytes file_;
-    std::map<std::uint64_t, Bytes> insertions_;
-    std::set<std::uint64_t> deletions_;
-    std::unordered_map<std::uint64_t, std::uint8_t> overwrites_;
+    std::vector<Cell> cells_; ///< in the order of their places
 };
 
 } // namespace kvx

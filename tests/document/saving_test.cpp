@@ -1,11 +1,14 @@
+// Saving: what comes out when nothing goes wrong, and what is left whichever step does.
 #include "tests/document/edited_file.h"
 
 #include "platform/system.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <new>
+#include <stdexcept>
 #include <utility>
 #include <vector>
 
@@ -13,109 +16,169 @@ namespace kvx {
 namespace {
 
 constexpr std::size_t kMiB = 1024 * 1024;
+constexpr ErrorCode kDiskFull = 112;
 
-class SavingTest : public testing::TestWithParam<EditState> {};
+/// Edits to be saved, and by which of the two ways that is.
+struct EditState {
+    const char* name;
+    std::size_t size; ///< of the file before
+    void (*edit)(EditedFile&);
+    bool inPlace;
+};
+
+const EditState kStates[] = {
+    {"Overwrites", 100, [](EditedFile& f) { f.Overwrite(90, "two"), f.Overwrite(0, "one"); }, true},
+    {"AppendToAnEmptyFile", 0, [](EditedFile& f) { f.Append("appended"); }, true},
+    {"OverwriteAndAppend", 100,
+     [](EditedFile& f) { f.Append("appended"), f.Overwrite(98, "over"); }, true},
+    {"OverwriteAndCut", 100, [](EditedFile& f) { f.Overwrite(68, "over"), f.DeleteLast(30); },
+     true},
+    {"CutToNothing", 100, [](EditedFile& f) { f.Delete(0, 100); }, true},
+    {"InsertBeforeTheLastByte", 100, [](EditedFile& f) { f.Insert(99, "x"); }, false},
+    {"DeleteTheByteBeforeTheLast", 100, [](EditedFile& f) { f.Delete(98, 1); }, false},
+    {"DeleteInsideAndAtTheEnd", 100, [](EditedFile& f) { f.Delete(20, 5), f.DeleteLast(5); },
+     false},
+    {"ReplaceAllByInsertedBytes", 100, [](EditedFile& f) { f.Insert(0, "new"), f.Delete(3, 100); },
+     false},
+    {"EverythingInALargeFile", kMiB + 100,
+     [](EditedFile& f) {
+         f.Overwrite(10, "one"), f.Insert(kMiB, "inserted");
+         f.Delete(500, 2), f.Append("appended");
+     },
+     false},
+};
+
+/// The saved file opens again as the very last step; by then all is done.
+void ExpectSavedButClosed(const EditedFile& file) {
+    EXPECT_TRUE(file.Disk() == file.expected);
+    EXPECT_FALSE(file.document.IsOpen());
+    EXPECT_FALSE(file.document.IsModified());
+    EXPECT_EQ(file.document.GetLastErrorText(), u"");
+}
+
+/// Whatever failed, the document is as it was before, and the file on disk too unless it was being
+/// written in place; then each of its bytes is the old or the new one.
+void ExpectNothingLost(const EditedFile& file, bool inPlace) {
+    EXPECT_TRUE(file.document.IsOpen());
+    EXPECT_TRUE(file.document.IsModified());
+    EXPECT_TRUE(file.Shown() == file.expected);
+    const std::string disk = file.Disk();
+    if (!inPlace) {
+        EXPECT_TRUE(disk == file.onDisk);
+        return;
+    }
+    EXPECT_GE(disk.size(), std::min(file.onDisk.size(), file.expected.size()));
+    for (std::size_t i = 0; i < disk.size(); ++i) {
+        const bool isOld = i < file.onDisk.size() && disk[i] == file.onDisk[i];
+        const bool isNew = i < file.expected.size() && disk[i] == file.expected[i];
+        ASSERT_TRUE(isOld || isNew) << i;
+    }
+}
+
+void ExpectALaterSaveSucceeds(EditedFile& file) {
+    file.files.Disarm();
+    EXPECT_TRUE(file.document.Save());
+    EXPECT_EQ(file.document.GetLastErrorText(), u"");
+    EXPECT_TRUE(file.Disk() == file.expected);
+    EXPECT_TRUE(file.IsAlone());
+}
+
+class SavingTest : public testing::TestWithParam<EditState> {
+protected:
+    /// The document to be saved, with the calls that opening it took forgotten.
+    EditedFile& Edited() {
+        file_.emplace(Pattern(GetParam().size));
+        GetParam().edit(*file_);
+        file_->files.ResetCounts();
+        return *file_;
+    }
+
+    /// Runs `check` once for each call that the save makes.
+    template <typename Check>
+    void ForEachCall(Check check) {
+        EditedFile clean(Pattern(GetParam().size));
+        GetParam().edit(clean);
+        clean.files.ResetCounts();
+        ASSERT_TRUE(clean.document.Save());
+        for (const Call call : kCalls)
+            for (int number = 1; number <= clean.files.Count(call); ++number) {
+                SCOPED_TRACE(testing::Message()
+                             << kCallNames[static_cast<std::size_t>(call)] << " " << number);
+                check(call, number);
+            }
+    }
+
+private:
+    std::optional<EditedFile> file_;
+};
 
 TEST_P(SavingTest, TheFileBecomesTheDocument) {
-    const EditState& state = GetParam();
-    EditedFile file(Pattern(state.size));
-    state.edit(file);
+    EditedFile& file = Edited();
     ASSERT_EQ(file.document.GetSize(), file.expected.size());
     EXPECT_TRUE(file.document.Save());
-
     EXPECT_TRUE(file.Disk() == file.expected);
-    EXPECT_EQ(file.files.Count(Call::OpenForWriting), state.inPlace ? 1 : 0);
-    EXPECT_EQ(file.files.Count(Call::TempName), state.inPlace ? 0 : 1);
+    EXPECT_EQ(file.files.Count(Call::OpenForWriting), GetParam().inPlace ? 1 : 0);
+    EXPECT_EQ(file.files.Count(Call::TempName), GetParam().inPlace ? 0 : 1);
     EXPECT_TRUE(file.IsAlone());
     EXPECT_EQ(file.document.GetLastErrorText(), u"");
-    EXPECT_TRUE(file.document.IsOpen());
     EXPECT_FALSE(file.document.IsModified());
     EXPECT_EQ(file.document.GetPath(), file.folder.Path(EditedFile::kName));
     EXPECT_TRUE(file.Shown() == file.expected);
 }
 
-const EditState kStates[] = {
-    {"OneOverwrite", 100, [](EditedFile& f) { f.Overwrite(50, "x"); }, true},
-    {"OverwritesHereAndThere", 100,
-     [](EditedFile& f) {
-         f.Overwrite(96, "last");
-         f.Overwrite(0, "first");
-         f.Overwrite(40, "in a row");
-     },
-     true},
-    {"OverwriteOfAllOfALargeFile", 2 * kMiB + 7,
-     [](EditedFile& f) { f.Overwrite(0, Pattern(2 * kMiB + 7, 1)); }, true},
-    {"Append", 100, [](EditedFile& f) { f.Append("appended"); }, true},
-    {"AppendToAnEmptyFile", 0, [](EditedFile& f) { f.Append("appended"); }, true},
-    {"OverwriteAndAppend", 100,
-     [](EditedFile& f) {
-         f.Append("appended");
-         f.Overwrite(98, "over");
-     },
-     true},
-    {"CutAtTheEnd", 100, [](EditedFile& f) { f.DeleteLast(30); }, true},
-    {"CutToNothing", 100, [](EditedFile& f) { f.DeleteLast(100); }, true},
-    {"DeleteAllFromTheTop", 100, [](EditedFile& f) { f.Delete(0, 100); }, true},
-    {"OverwriteAndCut", 100,
-     [](EditedFile& f) {
-         f.Overwrite(60, "gone with the rest");
-         f.Overwrite(5, "stays");
-         f.DeleteLast(40);
-     },
-     true},
-    {"InsertAtTheTop", 100, [](EditedFile& f) { f.Insert(0, "x"); }, false},
-    {"InsertBeforeTheLastByte", 100, [](EditedFile& f) { f.Insert(99, "x"); }, false},
-    {"InsertAndAppend", 100,
-     [](EditedFile& f) {
-         f.Insert(10, "inserted");
-         f.Append("appended");
-     },
-     false},
-    {"DeleteAllButTheLastByte", 100, [](EditedFile& f) { f.Delete(0, 99); }, false},
-    {"DeleteTheByteBeforeTheLast", 100, [](EditedFile& f) { f.Delete(98, 1); }, false},
-    {"DeleteInsideAndAtTheEnd", 100,
-     [](EditedFile& f) {
-         f.Delete(20, 5);
-         f.DeleteLast(5);
-     },
-     false},
-    {"ReplaceAllByInsertedBytes", 100,
-     [](EditedFile& f) {
-         f.Insert(0, "all new");
-         f.Delete(7, 100);
-     },
-     false},
-    {"EverythingAtOnePlace", 100,
-     [](EditedFile& f) {
-         f.Overwrite(10, "0123456789");
-         f.Delete(12, 3);
-         f.Insert(12, "abc");
-         f.Overwrite(13, "B");
-         f.Insert(9, "start");
-         f.Append("end");
-     },
-     false},
-    {"PiecesLargerThanTheBuffer", 3 * kMiB + 5,
-     [](EditedFile& f) {
-         f.Overwrite(kMiB - 10, Pattern(kMiB + 100, 3));
-         f.Insert(2 * kMiB + 1, Pattern(2 * kMiB + 3, 4));
-         f.Delete(5, kMiB / 2);
-     },
-     false},
-    {"ExactlyOneBufferFull", kMiB - 1, [](EditedFile& f) { f.Insert(0, "x"); }, false},
-    {"ManySmallPieces", kMiB + 77,
-     [](EditedFile& f) {
-         for (std::size_t i = 0; i < 3000; ++i) {
-             const std::size_t position = i * 7919 % (f.expected.size() - 20);
-             if (i % 3 == 0) f.Insert(position, "ins");
-             if (i % 3 == 1) f.Overwrite(position, "over");
-             if (i % 3 == 2) f.Delete(position, 2);
-         }
-     },
-     false},
-};
+TEST_P(SavingTest, AFailingCallLosesNothingAndItsReasonIsTold) {
+    constexpr std::pair<Failing, ErrorCode> kFailures[] = {{Failing::WithCode, kDiskFull},
+                                                           {Failing::WithCode, 0},
+                                                           {Failing::Short, 0},
+                                                           {Failing::Throwing, 0}};
+    ForEachCall([&](Call call, int number) {
+        for (const auto& [failing, code] : kFailures) {
+            const bool partial = call == Call::Read || call == Call::Write;
+            if (failing == Failing::Short && !partial) continue;
+            EditedFile& file = Edited();
+            file.files.Arm({call, number, failing, code});
+            if (failing == Failing::Throwing)
+                EXPECT_THROW(file.document.Save(), std::bad_alloc);
+            else
+                EXPECT_FALSE(file.document.Save());
+            EXPECT_TRUE(file.IsAlone());
+            if (call == Call::OpenForReading) {
+                ExpectSavedButClosed(file);
+                continue;
+            }
+            EXPECT_EQ(file.document.GetLastErrorText(), code ? Win32ErrorText(code) : u"");
+            ExpectNothingLost(file, GetParam().inPlace);
+            ExpectALaterSaveSucceeds(file);
+        }
+    });
+}
 
-INSTANTIATE_TEST_SUITE_P(Edits, SavingTest, testing::ValuesIn(kStates), StateName);
+TEST_P(SavingTest, AnExceptionOfTheProgressCallbackLosesNothing) {
+    EditedFile& file = Edited();
+    const auto stop = [](std::uint64_t, std::uint64_t) { throw std::runtime_error("stop"); };
+    EXPECT_THROW(file.document.Save(stop), std::runtime_error);
+    EXPECT_TRUE(file.IsAlone());
+    ExpectNothingLost(file, GetParam().inPlace);
+    ExpectALaterSaveSucceeds(file);
+}
+
+INSTANTIATE_TEST_SUITE_P(Edits, SavingTest, testing::ValuesIn(kStates),
+                         [](const auto& state) { return std::string(state.param.name); });
+
+TEST(Saving, AFailedMoveIsToldEvenWhenWhatFollowsFailsToo) {
+    for (const Call second : {Call::Delete, Call::OpenForReading}) {
+        EditedFile file("0123456789");
+        file.Insert(5, "inserted");
+        file.files.ResetCounts();
+        file.files.Arm({.call = Call::Move, .code = 5}, Fault{.call = second, .code = 32});
+        EXPECT_FALSE(file.document.Save());
+        EXPECT_EQ(file.document.GetLastErrorText(), Win32ErrorText(5));
+        EXPECT_EQ(file.Disk(), file.onDisk);
+        EXPECT_TRUE(file.document.IsModified());
+        EXPECT_EQ(file.document.IsOpen(), second == Call::Delete);
+        EXPECT_EQ(file.IsAlone(), second != Call::Delete);
+    }
+}
 
 TEST(Saving, WithNoFileOpenFailsWithAText) {
     EditableDocument document;
@@ -147,19 +210,6 @@ TEST(Saving, CuttingTheEndAndAppendingInOneGoKeepsTheOldBytesThere) {
     longer.Delete(6, 4);
     EXPECT_TRUE(longer.document.Save());
     EXPECT_EQ(longer.Disk(), "0123456789ab");
-}
-
-TEST(Saving, SavesAgainAndAgain) {
-    EditedFile file(Pattern(1000));
-    for (std::size_t i = 0; i < 10; ++i) {
-        file.Insert(i * 90, "inserted");
-        file.Overwrite(i * 100 + 1, "over");
-        ASSERT_TRUE(file.document.Save());
-        file.Append("appended");
-        ASSERT_TRUE(file.document.Save());
-        ASSERT_TRUE(file.Disk() == file.expected);
-    }
-    EXPECT_TRUE(file.IsAlone());
 }
 
 TEST(Saving, APathWithoutAFolderIsSavedInTheCurrentOne) {
@@ -208,7 +258,7 @@ Reports ReportsOf(EditedFile& file) {
     return reports;
 }
 
-TEST(SavingProgress, InPlaceTellsTheEndOfEachRunThenTheWhole) {
+TEST(Saving, InPlaceTellsTheEndOfEachRunThenTheWhole) {
     EditedFile file(Pattern(100));
     file.Overwrite(70, "run");
     file.Overwrite(10, "another");
@@ -218,22 +268,26 @@ TEST(SavingProgress, InPlaceTellsTheEndOfEachRunThenTheWhole) {
     EXPECT_EQ(ReportsOf(file), (Reports{{15, 108}, {108, 108}}));
     file.DeleteLast(8);
     EXPECT_EQ(ReportsOf(file), (Reports{{100, 100}}));
+    file.DeleteLast(100);
+    EXPECT_EQ(ReportsOf(file), (Reports{{1, 1}})) << "a total of nothing counts as one";
 }
 
-TEST(SavingProgress, AnEmptyResultCountsAgainstATotalOfOne) {
-    EditedFile file("0123456789");
-    file.DeleteLast(10);
-    EXPECT_EQ(ReportsOf(file), (Reports{{1, 1}}));
-    EXPECT_EQ(file.Disk(), "");
-}
-
-TEST(SavingProgress, ThroughATempFileTellsEachWriteAndEndsAtTheWhole) {
+TEST(Saving, ThroughATempFileTellsEachWriteAndEndsAtTheWhole) {
     EditedFile file(Pattern(3 * kMiB));
-    file.Insert(kMiB / 2, "x");
-    EXPECT_EQ(ReportsOf(file), (Reports{{kMiB, 3 * kMiB + 1},
-                                        {2 * kMiB, 3 * kMiB + 1},
-                                        {3 * kMiB, 3 * kMiB + 1},
-                                        {3 * kMiB + 1, 3 * kMiB + 1}}));
+    file.Overwrite(kMiB - 10, Pattern(kMiB + 100, 3));
+    file.Insert(kMiB / 2, Pattern(kMiB + 3, 4));
+    file.Delete(5, 2);
+    constexpr std::uint64_t kTotal = 4 * kMiB + 1;
+    EXPECT_EQ(ReportsOf(file), (Reports{{kMiB, kTotal},
+                                        {2 * kMiB, kTotal},
+                                        {3 * kMiB, kTotal},
+                                        {4 * kMiB, kTotal},
+                                        {kTotal, kTotal}}));
+    EXPECT_TRUE(file.Disk() == file.expected);
+
+    EditedFile oneBuffer(Pattern(kMiB - 1));
+    oneBuffer.Insert(0, "x");
+    EXPECT_EQ(ReportsOf(oneBuffer), (Reports{{kMiB, kMiB}}));
 }
 
 } // namespace
