@@ -57,20 +57,6 @@ TEST(Frame, PlacesEachTextAtItsByteAndLetsItReachIntoTheRowsAround) {
     EXPECT_EQ(frame.cells[2].clip, (RectDip{110, 8 + row, 730, 8 + 2 * row + 2 * row}));
 }
 
-TEST(Frame, ScrollsOnlyTheHexAndTextColumnsSideways) {
-    ViewStage stage(CountingBytes(16));
-    stage.view.SetClientSize(318, kStageHeight);
-    stage.view.OnHorizontalScroll(ScrollRequest::ThumbTrack, 45);
-    const Frame frame = BuildFrame(stage.State());
-    EXPECT_EQ(frame.contentClip, (RectDip{110, 0, 310, kStageHeight}));
-    EXPECT_EQ(frame.offsets.texts[0].layout.left, 8.0F);
-    EXPECT_EQ(frame.hex.texts[0].layout.left, 65.0F);
-    EXPECT_EQ(frame.cells[0].texts[0].layout.left, 557.0F);
-    stage.view.SetClientSize(60, kStageHeight); // no room beside the offsets
-    const RectDip clip = BuildFrame(stage.State()).contentClip;
-    EXPECT_EQ(clip.right, clip.left);
-}
-
 TEST(Frame, FillsTheSelectionOfEachRowBelowTheCaretThatIsFilledAndOutlined) {
     ViewStage stage(CountingBytes(64));
     stage.view.SetCaret(14);
@@ -151,13 +137,6 @@ TEST(Frame, ReadsThePageAtOnceAndShowsWhatOfItCanBeRead) {
               (Lines{u"30 31 32 33 34 35 36 37 38 39 3A 3B 3C 3D 3E 3F", u"40 41 42 43 44 45"}));
     stage.document.open = false;
     EXPECT_TRUE(BuildFrame(stage.State()).offsets.texts.empty());
-}
-
-TEST(Theme, HasTheColoursOfItsPaletteAndLightForUnknownOnes) {
-    const Color selection = ThemeColor(Theme::DarkBlue, ColorRole::Selection);
-    EXPECT_EQ(selection, (Color{0x1F / 255.0F, 0x6F / 255.0F, 0xEB / 255.0F, 0.45F}));
-    EXPECT_EQ(ThemeColor(static_cast<Theme>(7), ColorRole::Background),
-              ThemeColor(Theme::Light, ColorRole::Background));
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 // Random input against a plain model of caret, selection and bytes, from fixed seeds.
 #include "hexview/frame.h"
+#include "hexview/hex_digits.h"
 #include "hexview/hex_view_layout.h"
 #include "tests/hexview/view_stage.h"
 
@@ -7,7 +8,6 @@
 
 #include <optional>
 #include <random>
-#include <string>
 
 namespace kvx {
 namespace {
@@ -124,16 +124,14 @@ private:
         const bool control = Below(4) == 0;
         const std::size_t rowStart = model_.caret / 16 * 16;
         const std::size_t choice = Below(8);
-        if (choice < std::size(steps)) {
-            stage_.view.OnKeyDown(steps[choice].first, control);
+        const Key key = choice < 6 ? steps[choice].first : choice == 6 ? Key::Home : Key::End;
+        stage_.view.OnKeyDown(key, control);
+        if (choice < 6)
             model_.MoveBy(steps[choice].second);
-        } else if (choice == 6) {
-            stage_.view.OnKeyDown(Key::Home, control);
+        else if (key == Key::Home)
             model_.MoveTo(control ? 0 : rowStart);
-        } else {
-            stage_.view.OnKeyDown(Key::End, control);
+        else
             model_.MoveTo(control ? model_.Last() : rowStart + 15);
-        }
         EXPECT_TRUE(ShowsCaretRow());
     }
 
@@ -205,9 +203,8 @@ private:
         const bool outlined = !model_.inserting && !model_.bytes.empty() && ShowsCaretRow();
         ASSERT_EQ(frame.outlines.size(), outlined ? 2U : 0U);
         for (std::size_t i = 0; i < count; ++i) {
-            const std::u16string& pair = frame.hex.texts[i].text;
-            const std::string digits(pair.begin(), pair.end());
-            ASSERT_EQ(std::stoul(digits, nullptr, 16), model_.bytes[first + i]);
+            const auto pair = HexPair(model_.bytes[first + i]);
+            ASSERT_EQ(frame.hex.texts[i].text, std::u16string(pair.begin(), pair.end()));
         }
     }
 

@@ -1,11 +1,9 @@
 #include "hexview/hex_view.h"
 
-#include "hexview/hex_view_layout.h"
 #include "tests/hexview/view_stage.h"
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <limits>
 
 namespace kvx {
@@ -58,21 +56,6 @@ TEST(HexView, ZoomsInExactTenthsWithinItsLimitsAndReportsOnlyChanges) {
     EXPECT_EQ(stage.State().zoom, 1.0F);
     stage.view.ResetZoom();
     EXPECT_EQ(stage.host.notifications, Notifications(5, ZoomChanged));
-}
-
-TEST(HexView, ClampsFontSizesAndIgnoresAFontThatLooksTheSame) {
-    ViewStage stage;
-    stage.view.SetFont(u"CONSOLAS", 12.0F, false, false);
-    EXPECT_EQ(stage.host.notifications, Notifications());
-    const std::pair<float, float> rows[] = {
-        {100.0F, 64.0F}, {2.0F, 8.0F}, {12.0F, 16.0F}, {std::nanf(""), 8.0F}};
-    for (const auto& [points, dips] : rows) {
-        stage.host.Forget();
-        stage.view.SetFont(u"Courier New", points, true, false);
-        EXPECT_EQ(FontOf(stage.State()), (FontSpec{u"Courier New", dips, true, false})) << points;
-        EXPECT_EQ(stage.host.notifications, Notifications{StateChanged}) << points;
-        EXPECT_EQ(stage.host.resourceReleases, 1) << points;
-    }
 }
 
 TEST(HexView, MovesTheCaretByAnyDistanceWithoutWrappingAround) {
@@ -129,6 +112,206 @@ TEST(HexView, FollowsAWindowThatResizesItselfAndADocumentThatShrinks) {
     stage.view.SetClientSize(kStageWidth, kStageHeight);
     EXPECT_EQ(stage.State().caret, 39U);
     EXPECT_EQ(stage.State().topRow, 0U);
+}
+
+struct MoveRow {
+    const char* name;
+    std::size_t size;
+    std::uint64_t from;
+    Key key;
+    bool control;
+    std::uint64_t overwriting; ///< where the caret goes in overwrite mode
+    std::uint64_t inserting;   ///< and in insert mode
+};
+
+TEST(HexViewKeys, MoveTheCaretAndEndTheSelection) {
+    for (const MoveRow& row : {
+             MoveRow{"left at the start", 20, 0, Key::Left, false, 0, 0},
+             {"right at the last byte", 20, 19, Key::Right, false, 19, 20},
+             {"page up", 1000, 500, Key::PageUp, false, 340, 340},
+             {"page down past the end", 1000, 900, Key::PageDown, false, 999, 1000},
+             {"control home", 40, 20, Key::Home, true, 0, 0},
+             {"end in the last row", 20, 17, Key::End, false, 19, 20},
+             {"control end", 40, 3, Key::End, true, 39, 40},
+             {"control end without bytes", 0, 0, Key::End, true, 0, 0},
+         }) {
+        for (const InsertMode mode : {InsertMode::Overwrite, InsertMode::Insert}) {
+            ViewStage stage(CountingBytes(row.size));
+            stage.Enter(mode, row.from);
+            stage.view.SetSelection(0, 1);
+            EXPECT_EQ(stage.view.OnKeyDown(row.key, row.control), Handled::Yes) << row.name;
+            const bool inserting = mode == InsertMode::Insert;
+            EXPECT_EQ(stage.State().caret, inserting ? row.inserting : row.overwriting)
+                << row.name << (inserting ? ", inserting" : ", overwriting");
+            EXPECT_FALSE(stage.State().hasSelection) << row.name;
+            EXPECT_EQ(stage.host.notifications, Notifications{StateChanged}) << row.name;
+        }
+    }
+}
+
+TEST(HexViewKeys, AreTheSystemsWithoutADocumentAndForAnyOtherKey) {
+    ViewStage stage(CountingBytes(20));
+    for (const Key key : {static_cast<Key>(0x09), Key::C})
+        EXPECT_EQ(stage.view.OnKeyDown(key, false), Handled::No);
+    stage.document.open = false;
+    for (const Key key : {Key::Left, Key::Home, Key::Insert, Key::Delete, Key::Escape, Key::C})
+        EXPECT_EQ(stage.view.OnKeyDown(key, true), Handled::No) << static_cast<std::uint32_t>(key);
+    EXPECT_EQ(stage.view.OnChar(u'4'), Handled::No);
+    EXPECT_EQ(stage.host.notifications, Notifications());
+    EXPECT_EQ(stage.host.invalidations, 0);
+}
+
+TEST(HexViewMouse, ADragEndsWithItsSelectionByEscapeAndWithoutItWhenTheCaptureIsLost) {
+    ViewStage stage(CountingBytes(64));
+    for (const bool escape : {true, false}) {
+        stage.view.OnLeftButtonDown({142, 35}); // row 1, byte 1
+        EXPECT_TRUE(stage.host.captured);
+        stage.view.OnMouseMove({602 + 8 * 3, 60}); // text of row 2, byte 3
+        if (escape)
+            stage.view.OnKeyDown(Key::Escape, false);
+        else
+            stage.view.OnCaptureLost();
+        stage.view.OnMouseMove({110, 10});
+        EXPECT_EQ(stage.State().hasSelection, !escape);
+        EXPECT_EQ(stage.State().caret, 17U);
+    }
+    EXPECT_EQ(stage.State().selEnd, 35U);
+}
+
+struct ScrollRow {
+    const char* name;
+    std::uint64_t from;
+    ScrollRequest request;
+    std::int32_t track;
+    std::uint64_t to;
+};
+
+void ExpectScrolls(ViewStage& stage, std::initializer_list<ScrollRow> rows) {
+    for (const ScrollRow& row : rows) {
+        stage.view.ScrollToRow(row.from);
+        stage.view.OnVerticalScroll(row.request, row.track);
+        EXPECT_EQ(stage.State().topRow, row.to) << row.name;
+        EXPECT_EQ(stage.State().caret, 0U) << row.name;
+    }
+}
+
+TEST(HexViewScrollBars, StepByRowsAndPagesWithinTheDocument) {
+    ViewStage stage(CountingBytes(1000)); // 63 rows, 10 in sight
+    ExpectScrolls(stage, {
+                             {"line back", 5, ScrollRequest::LineBack, 0, 4},
+                             {"line back at the top", 0, ScrollRequest::LineBack, 0, 0},
+                             {"line forward", 5, ScrollRequest::LineForward, 0, 6},
+                             {"page back near the top", 5, ScrollRequest::PageBack, 0, 0},
+                             {"page forward", 15, ScrollRequest::PageForward, 0, 25},
+                             {"thumb moved", 15, ScrollRequest::ThumbTrack, 30, 30},
+                             {"thumb below nothing", 15, ScrollRequest::ThumbTrack, -7, 0},
+                             {"bottom", 15, ScrollRequest::Last, 0, 53},
+                             {"end of scrolling", 15, static_cast<ScrollRequest>(8), 40, 15},
+                         });
+    stage.view.OnWheel(1200, false);
+    EXPECT_EQ(stage.State().topRow, 12U);
+    stage.view.OnWheel(-1, false);
+    EXPECT_EQ(stage.State().topRow, 15U);
+    stage.view.OnWheel(480, true);
+    EXPECT_EQ(stage.State().zoom, 1.1F);
+}
+
+TEST(HexViewScrollBars, DoNotThrowAReaderBackBeyondTheRowsThatABarCanName) {
+    constexpr std::uint64_t kFar = 0x9'0000'0000;
+    constexpr std::int32_t kEnd = 0x7FFFFFFF - 10 + 1;
+    ViewStage stage({}, 1ULL << 40U);
+    ExpectScrolls(stage, {
+                             {"line forward", kFar, ScrollRequest::LineForward, kEnd, kFar + 1},
+                             {"page back", kFar, ScrollRequest::PageBack, kEnd, kFar - 10},
+                             {"thumb at its end", kFar, ScrollRequest::ThumbTrack, kEnd, kFar},
+                             {"thumb before", kFar, ScrollRequest::ThumbTrack, kEnd - 1, kEnd - 1},
+                             {"thumb to its end", 5, ScrollRequest::ThumbTrack, kEnd, kEnd},
+                             {"bottom", 5, ScrollRequest::Last, 0, (1ULL << 36U) - 10},
+                         });
+    EXPECT_EQ(stage.host.vertical, (ScrollBar{0x7FFFFFFF, 10, 0x7FFFFFFF}));
+}
+
+TEST(HexViewDigits, LeaveEverythingAsItWasWhenTheDocumentRefuses) {
+    for (const InsertMode mode : {InsertMode::Overwrite, InsertMode::Insert}) {
+        ViewStage stage(Bytes{0x7F, 0x10});
+        stage.document.refuses = [](std::uint64_t) { return true; };
+        stage.Enter(mode);
+        const bool inserting = mode == InsertMode::Insert;
+        if (inserting) stage.Type(u"4");
+        stage.host.Forget();
+        EXPECT_EQ(stage.view.OnChar(u'1'), Handled::No);
+        EXPECT_EQ(stage.State().nibblePending, inserting);
+        EXPECT_EQ(stage.State().caret, 0U);
+        EXPECT_EQ(stage.host.invalidations, 0);
+    }
+}
+
+TEST(HexViewDigits, WidenTheOffsetsWhenTheyCarryTheDocumentOverFourGibibytes) {
+    ViewStage stage({}, 0xFFFF'FFFF);
+    stage.Enter(InsertMode::Insert);
+    const int measured = stage.measurer.measured;
+    stage.Type(u"41");
+    EXPECT_EQ(stage.State().offsetWidth, 170.0F);
+    stage.view.OnKeyDown(Key::Backspace, false);
+    EXPECT_EQ(stage.State().offsetWidth, 90.0F);
+    EXPECT_EQ(stage.measurer.measured, measured); // the font is the same: no text is laid out again
+}
+
+TEST(HexViewEditing, IsReportedAsRefusedWhileReadOnlyForDigitsOfBothCasesAndNothingElse) {
+    ViewStage stage(CountingBytes(4));
+    std::u16string digits;
+    for (std::uint32_t unit = 0; unit <= 0xFFFF; ++unit)
+        if (stage.view.OnChar(static_cast<char16_t>(unit)) == Handled::Yes)
+            digits += static_cast<char16_t>(unit);
+    EXPECT_EQ(digits, u"0123456789ABCDEFabcdef");
+    for (const Key key : {Key::Insert, Key::Delete, Key::Backspace})
+        EXPECT_EQ(stage.view.OnKeyDown(key, false), Handled::Yes);
+    EXPECT_EQ(stage.host.notifications, Notifications(22 + 3, EditRefused));
+    EXPECT_EQ(stage.document.bytes, CountingBytes(4));
+    EXPECT_EQ(stage.State().insertMode, InsertMode::Overwrite);
+}
+
+struct RemovalRow {
+    const char* name;
+    InsertMode mode;
+    std::uint64_t caret;
+    std::optional<std::pair<std::uint64_t, std::uint64_t>> selection;
+    std::uint64_t refused; ///< offset of the byte that the document keeps
+    Key key;
+    Handled handled;
+    Bytes left; ///< of 0 1 2 3
+    std::uint64_t caretAfter;
+};
+
+TEST(HexViewRemoval, TakesTheSelectionOrTheByteAtOrBeforeTheCaret) {
+    using enum InsertMode;
+    using enum Handled;
+    for (const RemovalRow& row : {
+             RemovalRow{"delete", Overwrite, 1, {}, 9, Key::Delete, Yes, {0, 2, 3}, 1},
+             {"last byte", Overwrite, 3, {}, 9, Key::Delete, Yes, {0, 1, 2}, 2},
+             {"last byte, inserting", Insert, 3, {}, 9, Key::Delete, Yes, {0, 1, 2}, 3},
+             {"at the end", Insert, 4, {}, 9, Key::Delete, Yes, {0, 1, 2, 3}, 4},
+             {"backspace", Overwrite, 2, {}, 9, Key::Backspace, Yes, {0, 2, 3}, 1},
+             {"at the start", Overwrite, 0, {}, 9, Key::Backspace, Yes, {0, 1, 2, 3}, 0},
+             {"selection", Overwrite, 3, {{2, 1}}, 9, Key::Delete, Yes, {0, 3}, 1},
+             {"backspaced", Insert, 0, {{1, 2}}, 9, Key::Backspace, Yes, {0, 3}, 1},
+             {"all", Overwrite, 3, {{0, 3}}, 9, Key::Delete, Yes, {}, 0},
+             {"refused", Overwrite, 3, {}, 3, Key::Delete, No, {0, 1, 2, 3}, 3},
+             {"refused at once", Overwrite, 0, {{1, 3}}, 3, Key::Delete, No, {0, 1, 2, 3}, 0},
+             {"refused midway", Overwrite, 0, {{1, 3}}, 2, Key::Delete, No, {0, 1, 2}, 1},
+         }) {
+        ViewStage stage(CountingBytes(4));
+        stage.Enter(row.mode, row.caret);
+        if (row.selection) stage.view.SetSelection(row.selection->first, row.selection->second);
+        stage.host.Forget();
+        stage.document.refuses = [&](std::uint64_t offset) { return offset == row.refused; };
+        EXPECT_EQ(stage.view.OnKeyDown(row.key, false), row.handled) << row.name;
+        EXPECT_EQ(stage.document.bytes, row.left) << row.name;
+        EXPECT_EQ(stage.State().caret, row.caretAfter) << row.name;
+        const std::size_t changes = row.left.size() == 4 ? 0 : 1;
+        EXPECT_EQ(stage.State().hasSelection, row.selection && changes == 0) << row.name;
+        EXPECT_EQ(stage.host.notifications, Notifications(changes, StateChanged)) << row.name;
+    }
 }
 
 } // namespace

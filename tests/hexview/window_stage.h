@@ -2,10 +2,12 @@
 // painting text can take a tenth of a second where no graphics card helps.
 #pragma once
 
+#include "hexview/frame.h"
 #include "hexview/hex_view_layout.h"
 #include "hexview/hex_view_window.h"
 #include "tests/hexview/memory_document.h"
 
+#include <cmath>
 #include <string>
 #include <utility>
 #include <vector>
@@ -26,7 +28,8 @@ public:
         parentClass.lpszClassName = L"Kivra.Test.Parent";
         ::RegisterClassW(&parentClass);
         parent = ::CreateWindowExW(0, parentClass.lpszClassName, L"", WS_OVERLAPPEDWINDOW, 0, 0,
-                                   1000, 700, nullptr, nullptr, instance, this);
+                                   1000, 700, nullptr, nullptr, instance, nullptr);
+        ::SetWindowLongPtrW(parent, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
         HexViewWindow::RegisterWindowClass(instance);
         window.Create(instance, parent, kControlId);
         ::ShowWindow(parent, SW_SHOW);
@@ -77,24 +80,15 @@ public:
         return info;
     }
 
-    /// Middle of a byte's hex digits in pixels, as a mouse message carries it.
+    /// A point of a byte's hex digits in pixels, as a mouse message carries it.
     LPARAM PointOfByte(std::uint64_t offset) {
-        const HexViewState& state = State();
-        const std::uint64_t row = offset / kBytesPerRow - state.topRow;
-        const auto column = static_cast<float>(offset % kBytesPerRow);
-        const float x = HexStart(state) + column * HexCellWidth(state) + state.hexCharWidth;
-        const float y = state.padding + (static_cast<float>(row) + 0.5F) * state.rowHeight;
-        return MAKELPARAM(static_cast<int>(x), static_cast<int>(y));
+        const RectDip box = BuildFrame(State()).hex.texts.at(offset).layout;
+        return MAKELPARAM(std::lround(box.left + 2), std::lround(box.top + 2));
     }
 
 private:
     static LRESULT CALLBACK ParentProcedure(HWND window, UINT message, WPARAM wParam,
                                             LPARAM lParam) {
-        if (message == WM_NCCREATE) {
-            const auto* const creation = reinterpret_cast<const CREATESTRUCTW*>(lParam);
-            ::SetWindowLongPtrW(window, GWLP_USERDATA,
-                                reinterpret_cast<LONG_PTR>(creation->lpCreateParams));
-        }
         auto* const stage =
             reinterpret_cast<WindowStage*>(::GetWindowLongPtrW(window, GWLP_USERDATA));
         if (stage != nullptr && message >= WM_APP)
