@@ -143,10 +143,11 @@ bool SameLoad(const Outcome<SharedPattern>& first, const Outcome<SharedPattern>&
 std::string CheckRows(const std::vector<StructViewRow>& rows, const StructEvalRequest& request) {
     if (rows.size() > kMaxStructRows + 1) return "too many rows";
     const bool isCut = rows.size() == kMaxStructRows + 1;
-    if (isCut != (!rows.empty() && rows.back().offset.empty())) return "a wrong marker";
+    if (isCut != (!rows.empty() && rows.back().Offset().empty())) return "a wrong marker";
     if (rows.empty() && !request.pattern->Entry()->members.empty()) return "no rows";
     for (const StructViewRow& row : rows)
-        if (row.name.empty() || row.size.empty() || row.type.empty()) return "an empty column";
+        if (row.Name().empty() || row.Size().empty() || row.Type().empty())
+            return "an empty column";
     return {};
 }
 

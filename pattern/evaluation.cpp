@@ -11,8 +11,8 @@ namespace {
 constexpr std::array<std::u16string_view, 5> kCharacterTypes = {
     u"char", u"signed char", u"unsigned char", u"int8_t", u"uint8_t"};
 
-/// True for what is shown as raw bytes instead of one number.
-bool IsShownAsBytes(const StructMemberLayout& member) {
+/// True for what is more than one number.
+bool IsArrayOrStruct(const StructMemberLayout& member) {
     return member.isFlexibleArray || member.count >= 2 || member.kind == MemberKind::Struct;
 }
 
@@ -33,7 +33,7 @@ public:
             }
             const StructMemberLayout& member = level.layout->members[level.nextMember++];
             if (rows_.size() == kMaxStructRows) {
-                rows_.push_back({u"...", u"...", u"", u"...", u"..."});
+                AddMarker();
                 break;
             }
             const std::uint64_t offset = level.offset + member.offset;
@@ -52,29 +52,56 @@ private:
     };
 
     void AddRow(const StructMemberLayout& member, std::uint64_t offset) {
-        StructViewRow& row = rows_.emplace_back();
-        row.name.assign(2 * (levels_.size() - 1), u' ').append(member.name);
-        AppendDecimal(row.size, member.isFlexibleArray ? member.elementSize : member.TotalSize());
-        if (member.isFlexibleArray) row.size += u'+';
-        row.offset = u"0x";
-        AppendHex(row.offset, request_.baseOffset + offset);
-        row.type = FormatTypeText(member);
-        row.value = ValueText(member, offset);
+        row_.Clear();
+        std::u16string& text = row_.Writing();
+        text.append(2 * (levels_.size() - 1), u' ').append(member.name);
+        row_.EndColumn(StructColumn::Name);
+        AppendDecimal(text, member.isFlexibleArray ? member.elementSize : member.TotalSize());
+        if (member.isFlexibleArray) text += u'+';
+        row_.EndColumn(StructColumn::Size);
+        text += u"0x";
+        AppendHex(text, request_.baseOffset + offset);
+        row_.EndColumn(StructColumn::Offset);
+        FormatTypeText(text, member);
+        row_.EndColumn(StructColumn::Type);
+        AppendValue(text, member, offset);
+        row_.EndColumn(StructColumn::Value);
+        rows_.push_back(row_);
     }
 
-    std::u16string ValueText(const StructMemberLayout& member, std::uint64_t offset) const {
-        const std::optional<ByteView> bytes = BytesOf(member, offset);
-        if (!bytes) return request_.unavailableText.value_or(u"-");
-        const ValueFormat& format = request_.format;
-        if (member.isPadding) return FormatHexBytes(*bytes);
-        if (IsShownAsBytes(member)) {
-            const bool asText = format.byteArrays == ByteArrayStyle::Ascii &&
-                                std::ranges::count(kCharacterTypes, member.typeName) != 0;
-            return asText ? FormatByteArrayAscii(*bytes) : FormatByteArrayHex(*bytes);
+    /// Says that there would be more rows.
+    void AddMarker() {
+        StructViewRow marker;
+        for (const StructColumn column :
+             {StructColumn::Name, StructColumn::Size, StructColumn::Offset, StructColumn::Type,
+              StructColumn::Value}) {
+            if (column != StructColumn::Offset) marker.Writing() += u"...";
+            marker.EndColumn(column);
         }
-        if (member.kind == MemberKind::Integer)
-            return FormatInteger(*bytes, format.byteOrder, format.numberBase);
-        return FormatFloat(*bytes, member.kind, format);
+        rows_.push_back(std::move(marker));
+    }
+
+    void AppendValue(std::u16string& text, const StructMemberLayout& member,
+                     std::uint64_t offset) const {
+        const std::optional<ByteView> bytes = BytesOf(member, offset);
+        const ValueFormat& format = request_.format;
+        if (!bytes)
+            text += request_.unavailableText ? *request_.unavailableText : u"-";
+        else if (member.isPadding)
+            FormatHexBytes(text, *bytes);
+        else if (IsShownAsText(member))
+            FormatByteArrayAscii(text, *bytes);
+        else if (IsArrayOrStruct(member))
+            FormatByteArrayHex(text, *bytes);
+        else if (member.kind == MemberKind::Integer)
+            FormatInteger(text, *bytes, format.byteOrder, format.numberBase);
+        else
+            FormatFloat(text, *bytes, member.kind, format);
+    }
+
+    bool IsShownAsText(const StructMemberLayout& member) const {
+        return IsArrayOrStruct(member) && request_.format.byteArrays == ByteArrayStyle::Ascii &&
+               std::ranges::find(kCharacterTypes, member.typeName) != kCharacterTypes.end();
     }
 
     /// The member's bytes, for a flexible array all that are left; empty when some are missing.
@@ -89,6 +116,7 @@ private:
 
     const StructEvalRequest& request_;
     std::vector<StructViewRow> rows_;
+    StructViewRow row_; ///< the one being made
     std::vector<Level> levels_;
 };
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "pattern/loader.h"
+#include "pattern/struct_view_row.h"
 #include "pattern/value_format.h"
 
 #include <optional>
@@ -21,17 +22,6 @@ struct StructEvalRequest {
     ValueFormat format;
     SharedPattern pattern;                         ///< null gives no rows
     std::optional<std::u16string> unavailableText; ///< value of a member beyond the bytes; else "-"
-};
-
-/// One row of the struct view.
-struct StructViewRow {
-    std::u16string name;
-    std::u16string size;
-    std::u16string offset;
-    std::u16string type;
-    std::u16string value;
-
-    friend bool operator==(const StructViewRow&, const StructViewRow&) = default;
 };
 
 /// The rows of the entry struct. An embedded struct is followed by the rows of its members, two

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <array>
-#include <utility>
 
 namespace kvx {
 namespace {
@@ -42,33 +41,61 @@ unsigned ClassOf(char16_t unit) {
 
 void PatternLexer::Advance() {
     SkipBlanksAndComments();
-    if (offset_ == source_.size()) return Take(TokenKind::End, 0);
+    if (offset_ == end_) return Take(TokenKind::End, 0);
     const unsigned classes = ClassOf(source_[offset_]);
     if ((classes & kStart) != 0) return Take(TokenKind::Identifier, RunLength(kWord));
     if ((classes & kDigit) != 0) return Take(TokenKind::Number, RunLength(kDigit));
     if ((classes & kSymbol) != 0) return Take(TokenKind::Symbol, 1);
-    return Stop(
-        FormatPositionedMessage(source_, Position(), u"Unexpected character in definition file."));
+    Stop(Problem::UnexpectedCharacter);
+    Take(TokenKind::End, 0);
+}
+
+std::u16string PatternLexer::Error() const {
+    if (problem_ == Problem::UnterminatedComment) return u"Unterminated block comment.";
+    if (problem_ == Problem::None) return {};
+    return FormatPositionedMessage(source_, current_.position,
+                                   u"Unexpected character in definition file.");
 }
 
 void PatternLexer::SkipBlanksAndComments() {
-    while (offset_ < source_.size()) {
+    while (offset_ < end_) {
         const char16_t unit = source_[offset_];
         if (unit == u'\n') {
             PassLineFeed();
-        } else if (unit == u'\r') {
-            ++columnOrigin_; // takes no column, so that CR LF and LF files report the same places
-            ++offset_;
-        } else if (ClassOf(unit) == kBlank) {
-            ++offset_;
-        } else if (unit == u'/' && StartsWith(u"//")) {
-            SkipLineComment();
-        } else if (unit == u'/' && StartsWith(u"/*")) {
-            SkipBlockComment();
-        } else {
+        } else if (unit == u'/') {
+            if (!SkipComment()) return;
+        } else if (ClassOf(unit) != kBlank) {
             return;
+        } else {
+            // A carriage return takes no column: CR LF and LF files report the same places.
+            if (unit == u'\r') ++columnOrigin_;
+            ++offset_;
         }
     }
+}
+
+/// Passes the comment that begins here; false when it is none.
+bool PatternLexer::SkipComment() {
+    const std::u16string_view start = source_.substr(offset_, 2);
+    if (start == u"//")
+        offset_ = std::min(source_.find(u'\n', offset_), end_);
+    else if (start == u"/*")
+        SkipBlockComment();
+    else
+        return false;
+    return true;
+}
+
+void PatternLexer::SkipBlockComment() {
+    const std::size_t close = source_.find(u"*/", offset_ + 2);
+    if (close == std::u16string_view::npos) return Stop(Problem::UnterminatedComment);
+    while (offset_ < close) {
+        if (source_[offset_] == u'\n')
+            PassLineFeed();
+        else
+            ++offset_;
+    }
+    offset_ = close + 2;
 }
 
 void PatternLexer::PassLineFeed() {
@@ -76,45 +103,25 @@ void PatternLexer::PassLineFeed() {
     ++line_;
 }
 
-void PatternLexer::SkipLineComment() {
-    offset_ = std::min(source_.find(u'\n', offset_), source_.size());
-}
-
-void PatternLexer::SkipBlockComment() {
-    const std::size_t end = source_.find(u"*/", offset_ + 2);
-    if (end == std::u16string_view::npos) {
-        Stop(u"Unterminated block comment.");
-        return;
-    }
-    while (offset_ < end) {
-        if (source_[offset_] == u'\n')
-            PassLineFeed();
-        else
-            ++offset_;
-    }
-    offset_ = end + 2;
-}
-
 /// Length of the run of characters from here on that have one of `classes`.
 std::size_t PatternLexer::RunLength(unsigned classes) const {
-    std::size_t end = offset_ + 1;
-    while (end < source_.size() && (ClassOf(source_[end]) & classes) != 0)
-        ++end;
-    return end - offset_;
+    std::size_t run = offset_ + 1;
+    while (run < end_ && (ClassOf(source_[run]) & classes) != 0)
+        ++run;
+    return run - offset_;
 }
 
 void PatternLexer::Take(TokenKind kind, std::size_t length) {
     current_.text = source_.substr(offset_, length);
-    current_.position = Position();
+    current_.position = {line_, static_cast<std::uint32_t>(offset_ - columnOrigin_ + 1)};
     current_.kind = kind;
     offset_ += length;
 }
 
-/// Ends the text here, so that nothing but the end token follows.
-void PatternLexer::Stop(std::u16string error) {
-    error_ = std::move(error);
-    source_ = source_.substr(0, offset_);
-    Take(TokenKind::End, 0);
+/// Ends the text here.
+void PatternLexer::Stop(Problem problem) {
+    problem_ = problem;
+    end_ = offset_;
 }
 
 } // namespace kvx

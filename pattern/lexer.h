@@ -15,7 +15,9 @@ namespace kvx {
 class PatternLexer {
 public:
     /// Stands at the first token of `source`, which must outlive the tokens.
-    explicit PatternLexer(std::u16string_view source) : source_(source) { Advance(); }
+    explicit PatternLexer(std::u16string_view source) : source_(source), end_(source.size()) {
+        Advance();
+    }
 
     /// The current token. The end token follows the last one, or stands where an error stopped the
     /// lexer.
@@ -27,29 +29,26 @@ public:
 
     /// The message of a character that begins no token, or of a comment that does not end; empty
     /// while there is no error.
-    const std::u16string& Error() const { return error_; }
+    std::u16string Error() const;
 
 private:
+    enum class Problem : std::uint8_t { None, UnexpectedCharacter, UnterminatedComment };
+
     void SkipBlanksAndComments();
-    void SkipLineComment();
+    bool SkipComment();
     void SkipBlockComment();
     void PassLineFeed();
     std::size_t RunLength(unsigned classes) const;
     void Take(TokenKind kind, std::size_t length);
-    void Stop(std::u16string error);
-    SourcePosition Position() const {
-        return {line_, static_cast<std::uint32_t>(offset_ - columnOrigin_ + 1)};
-    }
-    bool StartsWith(std::u16string_view text) const {
-        return source_.substr(offset_).starts_with(text);
-    }
+    void Stop(Problem problem);
 
     std::u16string_view source_;
-    std::size_t offset_ = 0; ///< behind the current token
-    std::uint32_t line_ = 1;
+    std::size_t end_;              ///< of what is read
+    std::size_t offset_ = 0;       ///< behind the current token
     std::size_t columnOrigin_ = 0; ///< offset of the column 1 of the line
+    std::uint32_t line_ = 1;
+    Problem problem_ = Problem::None;
     PatternToken current_;
-    std::u16string error_;
 };
 
 } // namespace kvx

@@ -24,8 +24,10 @@ std::u16string NormalizeName(std::u16string_view name) {
 }
 
 void AppendNormalized(std::u16string& text, std::u16string_view word) {
-    for (const char16_t unit : word)
-        text += ToLower(unit);
+    const std::size_t start = text.size();
+    text += word;
+    for (std::size_t i = start; i < text.size(); ++i)
+        text[i] = ToLower(text[i]);
 }
 
 bool WordMatches(std::u16string_view word, std::u16string_view normalized) {

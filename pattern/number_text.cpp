@@ -1,6 +1,7 @@
 #include "pattern/number_text.h"
 
 #include <algorithm>
+#include <bit>
 #include <string_view>
 
 namespace kvx {
@@ -8,25 +9,27 @@ namespace {
 
 constexpr std::u16string_view kDigits = u"0123456789ABCDEF";
 
+/// Makes room for `digits` more characters and writes the lowest digits of `value` there.
 template <std::uint64_t Base>
-void AppendNumber(std::u16string& text, std::uint64_t value, std::size_t minimum) {
-    std::size_t digits = 1;
-    for (std::uint64_t rest = value / Base; rest != 0; rest /= Base)
-        ++digits;
-    digits = std::max(digits, minimum);
+void AppendDigits(std::u16string& text, std::uint64_t value, std::size_t digits) {
     text.resize(text.size() + digits);
-    for (auto place = text.rbegin(); digits > 0; --digits, value /= Base)
-        *place++ = kDigits[value % Base];
+    char16_t* place = text.data() + text.size();
+    for (; digits > 0; --digits, value /= Base)
+        *--place = kDigits[value % Base];
 }
 
 } // namespace
 
 void AppendDecimal(std::u16string& text, std::uint64_t value) {
-    AppendNumber<10>(text, value, 1);
+    std::size_t digits = 1;
+    for (std::uint64_t rest = value / 10; rest != 0; rest /= 10)
+        ++digits;
+    AppendDigits<10>(text, value, digits);
 }
 
 void AppendHex(std::u16string& text, std::uint64_t value, std::size_t digits) {
-    AppendNumber<16>(text, value, digits);
+    const auto needed = static_cast<std::size_t>(std::bit_width(value) + 3) / 4;
+    AppendDigits<16>(text, value, std::max(digits, needed));
 }
 
 } // namespace kvx

@@ -57,6 +57,7 @@ bool ParseEntry(ParseState& state) {
 }
 
 bool ParseMember(ParseState& state) {
+    const SourcePosition start = state.tokens.Current().position;
     const DeclarationOutline outline = OutlineDeclaration(state.tokens);
     if (outline.openingBrace)
         return FailAt(state, *outline.openingBrace,
@@ -64,7 +65,7 @@ bool ParseMember(ParseState& state) {
     if (!ExpectSymbol(state, u';', u"Expected ';' after member declaration.")) return false;
     MemberDecl member;
     const std::u16string_view problem = ParseMemberDeclaration(state, outline, member);
-    if (!problem.empty()) return FailAt(state, outline.start.Current().position, problem);
+    if (!problem.empty()) return FailAt(state, start, problem);
     state.members.push_back(member);
     return true;
 }

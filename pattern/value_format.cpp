@@ -29,110 +29,98 @@ std::uint64_t ReadUnsigned(ByteView bytes, ByteOrder byteOrder) {
 
 /// Appends the general format with six significant digits, as C prints numbers by default.
 template <typename Number>
-void AppendNumber(std::u16string& text, Number number) {
+void AppendNumber(std::u16string& out, Number number) {
     std::array<char, 32> buffer;
     const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number,
                                             std::chars_format::general, 6);
-    text.append(buffer.data(), end);
+    out.append(buffer.data(), end);
 }
 
-void AppendFloat(std::u16string& text, ByteView bytes) {
+void AppendFloat(std::u16string& out, ByteView bytes) {
     const std::uint64_t bits = ReadUnsigned(bytes, ByteOrder::Little);
     if (bytes.size() == sizeof(float))
-        AppendNumber(text, std::bit_cast<float>(static_cast<std::uint32_t>(bits)));
+        AppendNumber(out, std::bit_cast<float>(static_cast<std::uint32_t>(bits)));
     else
-        AppendNumber(text, std::bit_cast<double>(bits));
-}
-
-void AppendHexBytes(std::u16string& text, ByteView bytes) {
-    constexpr std::u16string_view kDigits = u"0123456789ABCDEF";
-    for (std::size_t i = 0; i < bytes.size(); ++i) {
-        if (i > 0) text += u' ';
-        text += kDigits[bytes[i] >> 4];
-        text += kDigits[bytes[i] & 0xF];
-    }
-}
-
-void AppendInteger(std::u16string& text, ByteView bytes, ByteOrder byteOrder, NumberBase base) {
-    if (bytes.empty()) return;
-    if (bytes.size() > sizeof(std::uint64_t)) {
-        text += u"0x";
-        AppendHexBytes(text, bytes);
-        return;
-    }
-    const std::uint64_t value = ReadUnsigned(bytes, byteOrder);
-    if (base == NumberBase::Decimal) {
-        AppendDecimal(text, value);
-    } else {
-        text += u"0x";
-        AppendHex(text, value, bytes.size() * 2);
-    }
+        AppendNumber(out, std::bit_cast<double>(bits));
 }
 
 } // namespace
 
-std::u16string FormatHexBytes(ByteView bytes) {
-    std::u16string text;
-    text.reserve(bytes.size() * 3);
-    AppendHexBytes(text, bytes);
-    return text;
+void FormatHexBytes(std::u16string& out, ByteView bytes) {
+    constexpr std::u16string_view kDigits = u"0123456789ABCDEF";
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        if (i > 0) out += u' ';
+        out += kDigits[bytes[i] >> 4];
+        out += kDigits[bytes[i] & 0xF];
+    }
 }
 
-std::u16string FormatByteArrayHex(ByteView bytes) {
-    if (bytes.empty()) return u"0 bytes";
-    std::u16string text;
-    text.reserve((kShownArrayBytes + 2) * 3);
-    AppendHexBytes(text, bytes.first(std::min(bytes.size(), kShownArrayBytes)));
-    if (bytes.size() > kShownArrayBytes) text += u" ...";
-    return text;
+void FormatByteArrayHex(std::u16string& out, ByteView bytes) {
+    if (bytes.empty()) {
+        out += u"0 bytes";
+        return;
+    }
+    FormatHexBytes(out, bytes.first(std::min(bytes.size(), kShownArrayBytes)));
+    if (bytes.size() > kShownArrayBytes) out += u" ...";
 }
 
-std::u16string FormatByteArrayAscii(ByteView bytes) {
-    if (bytes.empty()) return u"0 bytes";
+void FormatByteArrayAscii(std::u16string& out, ByteView bytes) {
+    if (bytes.empty()) {
+        out += u"0 bytes";
+        return;
+    }
     const auto shown = bytes.first(std::min(bytes.size(), kShownCharacters));
     const auto stop = std::ranges::find_if_not(shown, IsPrintable);
-    std::u16string text = u"\"";
-    text.append(shown.begin(), stop);
+    out += u'"';
+    out.append(shown.begin(), stop);
     const auto length = static_cast<std::size_t>(stop - shown.begin());
-    if (length < bytes.size() && bytes[length] != 0) text += u"...";
-    text += u'"';
-    return text;
+    if (length < bytes.size() && bytes[length] != 0) out += u"...";
+    out += u'"';
 }
 
-std::u16string FormatInteger(ByteView bytes, ByteOrder byteOrder, NumberBase base) {
-    std::u16string text;
-    AppendInteger(text, bytes, byteOrder, base);
-    return text;
+void FormatInteger(std::u16string& out, ByteView bytes, ByteOrder byteOrder, NumberBase base) {
+    if (bytes.empty()) return;
+    if (bytes.size() > sizeof(std::uint64_t)) {
+        out += u"0x";
+        FormatHexBytes(out, bytes);
+        return;
+    }
+    const std::uint64_t value = ReadUnsigned(bytes, byteOrder);
+    if (base == NumberBase::Decimal) {
+        AppendDecimal(out, value);
+    } else {
+        out += u"0x";
+        AppendHex(out, value, bytes.size() * 2);
+    }
 }
 
-std::u16string FormatFloat(ByteView bytes, MemberKind kind, const ValueFormat& format) {
+void FormatFloat(std::u16string& out, ByteView bytes, MemberKind kind, const ValueFormat& format) {
     const std::size_t native = kind == MemberKind::Float ? sizeof(float) : sizeof(double);
-    if (bytes.size() != native) return FormatInteger(bytes, format.byteOrder, format.numberBase);
-    std::u16string text;
-    text.reserve(34); // the longest double with its bit pattern
-    AppendFloat(text, bytes);
-    text += u" (";
-    AppendInteger(text, bytes, format.byteOrder, NumberBase::Hex);
-    text += u')';
-    return text;
+    if (bytes.size() != native) {
+        FormatInteger(out, bytes, format.byteOrder, format.numberBase);
+        return;
+    }
+    AppendFloat(out, bytes);
+    out += u" (";
+    FormatInteger(out, bytes, format.byteOrder, NumberBase::Hex);
+    out += u')';
 }
 
-std::u16string FormatTypeText(const StructMemberLayout& member) {
-    std::u16string text(member.typeName);
-    if (member.isPadding) return text;
+void FormatTypeText(std::u16string& out, const StructMemberLayout& member) {
+    out += member.typeName;
+    if (member.isPadding) return;
     if (member.isFlexibleArray) {
-        text += u"[]";
+        out += u"[]";
     } else if (member.count >= 2) {
-        text += u'[';
-        AppendDecimal(text, member.count);
-        text += u']';
+        out += u'[';
+        AppendDecimal(out, member.count);
+        out += u']';
     }
     if (member.kind == MemberKind::Struct && member.count == 1) {
-        text += u" (";
-        AppendDecimal(text, member.TotalSize());
-        text += u" bytes)";
+        out += u" (";
+        AppendDecimal(out, member.TotalSize());
+        out += u" bytes)";
     }
-    return text;
 }
 
 } // namespace kvx

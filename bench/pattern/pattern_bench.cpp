@@ -18,8 +18,6 @@
 namespace kvx {
 namespace {
 
-constexpr int kMembersPerStruct = 20;
-
 /// `count` structs of 20 members that a C compiler accepts as well: all kinds of built-in types,
 /// arrays, pointers, an alias and an embedded earlier struct.
 std::string ManyStructs(int count) {
@@ -81,10 +79,11 @@ double CompilerSeconds(const std::string& text) {
     return runs[runs.size() / 2];
 }
 
-/// Gives what earlier loads have freed back to the system, so that each load pays for its memory as
-/// the only load of a program does, however large it is.
-void StartWithFreshMemory(benchmark::State& state) {
+/// Drops the result of the load before this one and gives its memory back to the system, so that
+/// each load pays for its memory as the only load of a program does, however large it is.
+void StartAnew(benchmark::State& state, Outcome<SharedPattern>& load) {
     state.PauseTiming();
+    load = {};
     ::malloc_trim(0);
     state.ResumeTiming();
 }
@@ -92,10 +91,12 @@ void StartWithFreshMemory(benchmark::State& state) {
 void LoadStructs(benchmark::State& state) {
     const int count = static_cast<int>(state.range(0));
     const std::string text = ManyStructsPattern(count);
+    Outcome<SharedPattern> load;
     for ([[maybe_unused]] const auto pass : state) {
-        StartWithFreshMemory(state);
-        ExpectLoaded(state, LoadStructPattern(AsBytes(text)), true);
+        StartAnew(state, load);
+        load = LoadStructPattern(AsBytes(text));
     }
+    ExpectLoaded(state, load, true);
     state.counters["per_struct"] = benchmark::Counter(
         count, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
@@ -140,8 +141,12 @@ void RefuseGarbage(benchmark::State& state, const std::string& unit) {
     std::string text = "struct A {";
     while (text.size() < kSize)
         text += unit;
-    for ([[maybe_unused]] const auto pass : state)
-        ExpectLoaded(state, LoadStructPattern(AsBytes(text)), false);
+    Outcome<SharedPattern> load;
+    for ([[maybe_unused]] const auto pass : state) {
+        StartAnew(state, load);
+        load = LoadStructPattern(AsBytes(text));
+    }
+    ExpectLoaded(state, load, false);
 }
 BENCHMARK_CAPTURE(RefuseGarbage, symbols, "*")->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(RefuseGarbage, words, "a ")->Unit(benchmark::kMillisecond);
@@ -157,8 +162,12 @@ void RefuseRandomBytes(benchmark::State& state) {
     std::string text(std::size_t{10} << 20, '\0');
     for (char& character : text)
         character = static_cast<char>(random());
-    for ([[maybe_unused]] const auto pass : state)
-        ExpectLoaded(state, LoadStructPattern(AsBytes(text)), false);
+    Outcome<SharedPattern> load;
+    for ([[maybe_unused]] const auto pass : state) {
+        StartAnew(state, load);
+        load = LoadStructPattern(AsBytes(text));
+    }
+    ExpectLoaded(state, load, false);
 }
 BENCHMARK(RefuseRandomBytes)->Unit(benchmark::kMillisecond);
 

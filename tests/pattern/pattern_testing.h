@@ -65,8 +65,9 @@ inline std::string Describe(const std::vector<StructViewRow>& rows) {
     std::string text;
     for (const StructViewRow& row : rows) {
         if (!text.empty()) text += '\n';
-        text += Utf16ToUtf8(row.name + u" | " + row.size + u" | " + row.offset + u" | " + row.type +
-                            u" | " + row.value);
+        text += Utf16ToUtf8(row.Name());
+        for (const std::u16string_view column : {row.Size(), row.Offset(), row.Type(), row.Value()})
+            text += " | " + Utf16ToUtf8(column);
     }
     return text;
 }

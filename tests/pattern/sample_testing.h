@@ -59,11 +59,11 @@ private:
     static std::string ValueOf(const std::vector<StructViewRow>& rows, std::string_view path) {
         std::string parent;
         for (const StructViewRow& row : rows) {
-            const std::string name = Utf16ToUtf8(row.name);
+            const std::string name = Utf16ToUtf8(row.Name());
             const bool isNested = name.starts_with(' ');
             if (!isNested) parent = name;
             if ((isNested ? parent + "." + name.substr(2) : name) == path)
-                return Utf16ToUtf8(row.value);
+                return Utf16ToUtf8(row.Value());
         }
         return "(no member " + std::string(path) + ")";
     }

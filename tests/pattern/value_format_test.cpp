@@ -10,22 +10,27 @@
 namespace kvx {
 namespace {
 
-std::string Utf8(const std::u16string& text) {
-    return Utf16ToUtf8(text);
+/// What a formatter appends, in UTF-8.
+template <typename... Parameters, typename... Arguments>
+std::string Shown(void (*format)(std::u16string&, Parameters...), const Arguments&... arguments) {
+    std::u16string text = u"before";
+    format(text, arguments...);
+    EXPECT_TRUE(text.starts_with(u"before"));
+    return Utf16ToUtf8(std::u16string_view(text).substr(6));
 }
 
 TEST(ValueFormat, HexBytesAreTwoUpperCaseDigitsEach) {
-    EXPECT_EQ(Utf8(FormatHexBytes({})), "");
-    EXPECT_EQ(Utf8(FormatHexBytes(MakeBytes({0x0A, 0x1B, 0xFF}))), "0A 1B FF");
+    EXPECT_EQ(Shown(FormatHexBytes, ByteView()), "");
+    EXPECT_EQ(Shown(FormatHexBytes, MakeBytes({0x0A, 0x1B, 0xFF})), "0A 1B FF");
 }
 
 TEST(ValueFormat, ArraysShowTheirFirstSixteenBytes) {
     Bytes bytes(20, 0xAB);
     const std::string sixteen = "AB AB AB AB AB AB AB AB AB AB AB AB AB AB AB AB";
-    EXPECT_EQ(Utf8(FormatByteArrayHex({})), "0 bytes");
-    EXPECT_EQ(Utf8(FormatByteArrayHex(ByteView(bytes).first(16))), sixteen);
-    EXPECT_EQ(Utf8(FormatByteArrayHex(ByteView(bytes).first(17))), sixteen + " ...");
-    EXPECT_EQ(Utf8(FormatByteArrayHex(bytes)), sixteen + " ...");
+    EXPECT_EQ(Shown(FormatByteArrayHex, ByteView()), "0 bytes");
+    EXPECT_EQ(Shown(FormatByteArrayHex, ByteView(bytes).first(16)), sixteen);
+    EXPECT_EQ(Shown(FormatByteArrayHex, ByteView(bytes).first(17)), sixteen + " ...");
+    EXPECT_EQ(Shown(FormatByteArrayHex, bytes), sixteen + " ...");
 }
 
 TEST(ValueFormat, TextStopsAtNulOrAtWhatCannotBeShown) {
@@ -50,7 +55,7 @@ TEST(ValueFormat, TextStopsAtNulOrAtWhatCannotBeShown) {
         {sixtyFour + "\x01", "\"" + sixtyFour + "...\""},
     };
     for (const Case& c : cases)
-        EXPECT_EQ(Utf8(FormatByteArrayAscii(AsBytes(c.bytes))), c.shown);
+        EXPECT_EQ(Shown(FormatByteArrayAscii, AsBytes(c.bytes)), c.shown);
 }
 
 TEST(ValueFormat, IntegersFollowByteOrderAndBase) {
@@ -71,11 +76,11 @@ TEST(ValueFormat, IntegersFollowByteOrderAndBase) {
          "0x01 02 03 04 05 06 07 08 09"},
     };
     for (const Case& c : cases) {
-        EXPECT_EQ(Utf8(FormatInteger(c.bytes, ByteOrder::Little, NumberBase::Hex)), c.littleHex);
-        EXPECT_EQ(Utf8(FormatInteger(c.bytes, ByteOrder::Big, NumberBase::Hex)), c.bigHex);
-        EXPECT_EQ(Utf8(FormatInteger(c.bytes, ByteOrder::Little, NumberBase::Decimal)),
+        EXPECT_EQ(Shown(FormatInteger, c.bytes, ByteOrder::Little, NumberBase::Hex), c.littleHex);
+        EXPECT_EQ(Shown(FormatInteger, c.bytes, ByteOrder::Big, NumberBase::Hex), c.bigHex);
+        EXPECT_EQ(Shown(FormatInteger, c.bytes, ByteOrder::Little, NumberBase::Decimal),
                   c.littleDecimal);
-        EXPECT_EQ(Utf8(FormatInteger(c.bytes, ByteOrder::Big, NumberBase::Decimal)), c.bigDecimal);
+        EXPECT_EQ(Shown(FormatInteger, c.bytes, ByteOrder::Big, NumberBase::Decimal), c.bigDecimal);
     }
 }
 
@@ -87,7 +92,7 @@ Bytes BytesOf(Number number) {
 }
 
 TEST(ValueFormat, FloatsShowTheirNumberAsCPrintsItAndTheirBits) {
-    EXPECT_EQ(Utf8(FormatFloat(MakeBytes({0, 0, 0x80, 0x3F}), MemberKind::Float, {})),
+    EXPECT_EQ(Shown(FormatFloat, MakeBytes({0, 0, 0x80, 0x3F}), MemberKind::Float, ValueFormat()),
               "1 (0x3F800000)");
     const float numbers[] = {0.0F,
                              -0.0F,
@@ -106,51 +111,52 @@ TEST(ValueFormat, FloatsShowTheirNumberAsCPrintsItAndTheirBits) {
         char expected[64];
         std::snprintf(expected, sizeof expected, "%g (0x%08X)", static_cast<double>(number),
                       std::bit_cast<std::uint32_t>(number));
-        EXPECT_EQ(Utf8(FormatFloat(BytesOf(number), MemberKind::Float, {})), expected);
+        EXPECT_EQ(Shown(FormatFloat, BytesOf(number), MemberKind::Float, ValueFormat()), expected);
     }
     const double doubles[] = {2.5, -1e300, 5e-324, 0.000123456789, 1e6, 999999.5};
     for (const double number : doubles) {
         char expected[64];
         std::snprintf(expected, sizeof expected, "%g (0x%016llX)", number,
                       static_cast<unsigned long long>(std::bit_cast<std::uint64_t>(number)));
-        EXPECT_EQ(Utf8(FormatFloat(BytesOf(number), MemberKind::Double, {})), expected);
+        EXPECT_EQ(Shown(FormatFloat, BytesOf(number), MemberKind::Double, ValueFormat()), expected);
     }
-    EXPECT_EQ(Utf8(FormatFloat(MakeBytes({0, 0, 0xC0, 0x7F}), MemberKind::Float, {})),
+    EXPECT_EQ(Shown(FormatFloat, MakeBytes({0, 0, 0xC0, 0x7F}), MemberKind::Float, ValueFormat()),
               "nan (0x7FC00000)");
 }
 
 TEST(ValueFormat, TheByteOrderChangesTheBitsOfAFloatButNotItsNumber) {
     const ValueFormat big{ByteArrayStyle::Hex, ByteOrder::Big, NumberBase::Decimal};
-    EXPECT_EQ(Utf8(FormatFloat(MakeBytes({0, 0, 0x80, 0x3F}), MemberKind::Float, big)),
+    EXPECT_EQ(Shown(FormatFloat, MakeBytes({0, 0, 0x80, 0x3F}), MemberKind::Float, big),
               "1 (0x0000803F)");
 }
 
 TEST(ValueFormat, FloatsOfOtherSizesAreIntegers) {
     const ValueFormat decimal{ByteArrayStyle::Hex, ByteOrder::Little, NumberBase::Decimal};
-    EXPECT_EQ(Utf8(FormatFloat(MakeBytes({1, 2}), MemberKind::Float, decimal)), "513");
-    EXPECT_EQ(Utf8(FormatFloat(BytesOf(1.0F), MemberKind::Double, {})), "0x3F800000");
-    EXPECT_EQ(Utf8(FormatFloat(BytesOf(1.0), MemberKind::Float, {})), "0x3FF0000000000000");
+    EXPECT_EQ(Shown(FormatFloat, MakeBytes({1, 2}), MemberKind::Float, decimal), "513");
+    EXPECT_EQ(Shown(FormatFloat, BytesOf(1.0F), MemberKind::Double, ValueFormat()), "0x3F800000");
+    EXPECT_EQ(Shown(FormatFloat, BytesOf(1.0), MemberKind::Float, ValueFormat()),
+              "0x3FF0000000000000");
 }
 
 TEST(ValueFormat, TypeTextTellsCountAndSizeOfAnEmbeddedStruct) {
     StructMemberLayout member;
     member.typeName = u"header";
     member.elementSize = 16;
-    EXPECT_EQ(Utf8(FormatTypeText(member)), "header");
+    EXPECT_EQ(Shown(FormatTypeText, member), "header");
     member.kind = MemberKind::Struct;
-    EXPECT_EQ(Utf8(FormatTypeText(member)), "header (16 bytes)");
+    EXPECT_EQ(Shown(FormatTypeText, member), "header (16 bytes)");
     member.count = 3;
-    EXPECT_EQ(Utf8(FormatTypeText(member)), "header[3]");
+    EXPECT_EQ(Shown(FormatTypeText, member), "header[3]");
     member.count = 0;
     member.isFlexibleArray = true;
-    EXPECT_EQ(Utf8(FormatTypeText(member)), "header[]");
+    EXPECT_EQ(Shown(FormatTypeText, member), "header[]");
 
     StructMemberLayout gap;
     gap.typeName = u"padding";
     gap.kind = MemberKind::Struct;
     gap.isPadding = true;
     gap.elementSize = 1;
-    EXPECT_EQ(Utf8(FormatTypeText(gap)), "padding");
+    EXPECT_EQ(Shown(FormatTypeText, gap), "padding");
 }
 
 } // namespace
