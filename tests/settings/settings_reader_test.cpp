@@ -1,10 +1,12 @@
-#include "settings/settings_file.h"
-#include "tests/settings/settings_printer.h"
+#include "tests/settings/settings_testing.h"
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <functional>
+#include <set>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace kvx::test {
@@ -12,243 +14,225 @@ namespace {
 
 using Change = std::function<void(AppSettings&)>;
 
-/// A text, and what reading it does to a record of defaults.
-struct Row {
-    std::string text;
-    Change change;
-};
-
-void ExpectChanges(const std::vector<Row>& rows, const AppSettings& before = {}) {
-    for (const Row& row : rows) {
-        AppSettings actual = before;
-        ReadSettingsText(row.text, actual);
-        AppSettings expected = before;
-        row.change(expected);
-        EXPECT_EQ(actual, expected) << row.text;
-    }
+template <typename Value>
+Change Set(Value AppSettings::*field, std::type_identity_t<Value> value) {
+    return [=](AppSettings& settings) { settings.*field = value; };
 }
 
-void Nothing(AppSettings&) {}
-
-Change Encoding(TextEncoding encoding) {
-    return [encoding](AppSettings& settings) { settings.textEncoding = encoding; };
+/// Reads `text` into a record without any default and compares it with the changed record.
+void ExpectChange(const std::string& text, const Change& change) {
+    AppSettings actual = AllChanged(TextEncoding::Big5);
+    AppSettings expected = actual;
+    ReadSettingsText(text, actual);
+    change(expected);
+    EXPECT_EQ(actual, expected) << text;
 }
 
-Change Favorites(std::vector<TextEncoding> favorites) {
-    return [favorites](AppSettings& settings) { settings.favoriteEncodings = favorites; };
+using Rows = std::vector<std::pair<std::string, Change>>;
+
+TEST(SettingsReader, LeavesWhatItCannotUseAsItWas) {
+    for (const std::string text : {"",
+                                   "{}",
+                                   "not json at all \" [ { \\",
+                                   R"({"Theme": "Light", "FONT": {"family": "x"}})",
+                                   R"("font": {"family": "not closed)",
+                                   R"("font": {"family": "not closed\")",
+                                   R"("font": {"family": "not closed\)",
+                                   R"("font": {"family": )",
+                                   R"("font": {"family")",
+                                   R"("font": {"italic": False})",
+                                   R"("font": {"italic": 0})",
+                                   R"("font": {"italic": "false"})",
+                                   R"("font": {"italic": fals)",
+                                   R"("theme": "")",
+                                   R"("language": "")",
+                                   R"("structView": {"endian": "little"})",
+                                   R"("encoding": {"kind": "common"})",
+                                   R"("encoding": {"kind": "charset", "code": "gbk"})",
+                                   R"("encoding": {"kind": "other", "common": "utf8"})",
+                                   R"("encoding": "utf8")",
+                                   R"("kind": "common", "common": "utf8")",
+                                   R"("encodingFavorites": ["gbk")",
+                                   R"("encodingFavorites": ["gbk])",
+                                   R"("encodingFavorites": ["gbk", ["big5"])",
+                                   R"("recentFiles": ["C:\\a.bin", "D:\\d.bin")",
+                                   R"("searchHistory": [{"kind": "a", "query": "b"}, {"kind": "c")",
+                                   R"("searchHistory": [{"kind": "a", "query": "b"})",
+                                   R"("searchHistory": [{"kind": "a", "query": "b"])"})
+        ExpectChange(text, [](AppSettings&) {});
+    for (const std::string size :
+         {"0", "-3", "abc", "", "\"12\"", "1e999", "inf", "nan", "+", "+-5", ".", "e5", "[9]"})
+        ExpectChange(R"("font": {"size": )" + size + R"(, "bold": false})",
+                     Set(&AppSettings::bold, false));
 }
 
-Change FontSize(float size) {
-    return [size](AppSettings& settings) { settings.fontSize = size; };
-}
-
-Change FontFamily(std::u16string family) {
-    return [family](AppSettings& settings) { settings.fontFamily = family; };
-}
-
-Change Recent(std::vector<std::u16string> paths) {
-    return [paths](AppSettings& settings) { settings.recentFiles = paths; };
-}
-
-Change History(std::vector<SearchHistoryEntry> entries) {
-    return [entries](AppSettings& settings) { settings.searchHistory = entries; };
-}
-
-TEST(SettingsReader, LeavesWhatIsAbsentAsItWas) {
-    AppSettings before;
-    before.fontFamily = u"Courier New";
-    before.theme = Theme::Black;
-    before.recentFiles = {u"a"};
-    ExpectChanges({{"", Nothing},
-                   {"{}", Nothing},
-                   {"\xEF\xBB\xBF{}", Nothing},
-                   {"not json at all \" [ { \\", Nothing},
-                   {R"({"Theme": "Light", "FONT": {"family": "x"}})", Nothing}},
-                  before);
-}
-
-TEST(SettingsReader, UnescapesStrings) {
-    ExpectChanges({
-        {R"("font": {"family": "a\b\f\n\r\t\"\\\/z"})", FontFamily(u"a\b\f\n\r\t\"\\/z")},
-        {R"("font": {"family": "\u0001\x"})", FontFamily(u"u0001x")},
-        {R"("font": {"family": "日本語 😀"})", FontFamily(u"日本語 😀")},
-        {"\"font\": {\"family\": \"\xFF\"}", FontFamily(u"\uFFFD")},
-        {R"("font": {"family": ""})", FontFamily(u"")},
-        {R"("font" "family" nonsense : nonsense "x")", FontFamily(u"x")},
-        {"\"font\"\r\n\t\"family\"\r\n:\r\n\"two\nlines\"", FontFamily(u"two\nlines")},
-        {R"("font": {"family": "not closed)", Nothing},
-        {R"("font": {"family": "not closed\")", Nothing},
-        {R"("font": {"family": "not closed\)", Nothing},
-        {R"("font": {"family": )", Nothing},
-        {R"("font": {"family")", Nothing},
-    });
-}
-
-TEST(SettingsReader, ReadsTheLeadingNumberOfTheFontSize) {
-    ExpectChanges({
-        {R"("font": {"size": 9})", FontSize(9)},
-        {R"("font": {"size":10.5})", FontSize(10.5F)},
-        {"\"font\": {\"size\": \t\r\n\v\f 14pt}", FontSize(14)},
-        {R"("font": {"size": +8.})", FontSize(8)},
-        {R"("font": {"size": .5e1})", FontSize(5)},
-        {R"("font": {"size": 1e1, "bold": true})",
-         [](AppSettings& s) { s.fontSize = 10, s.bold = true; }},
-    });
-}
-
-TEST(SettingsReader, IgnoresAFontSizeThatIsNoPositiveNumberAndReadsOn) {
-    const auto bold = [](AppSettings& settings) { settings.bold = true; };
-    for (const char* size : {"0", "-3", "-0", "abc", "", "\"12\"", "1e999", "-1e999", "inf", "nan",
-                             "+", "+-5", ".", "e5", "true", "[9]"}) {
-        ExpectChanges({{R"("font": {"size": )" + std::string(size) + R"(, "bold": true})", bold}});
-    }
-}
-
-TEST(SettingsReader, ReadsOnlyTheWordsTrueAndFalse) {
-    const auto italic = [](AppSettings& settings) { settings.italic = true; };
-    ExpectChanges({{R"("font": {"italic":true})", italic},
-                   {"\"font\": {\"italic\" : \r\n\ttrue", italic},
-                   {R"("font": {"italic": True})", Nothing},
-                   {R"("font": {"italic": 1})", Nothing},
-                   {R"("font": {"italic": "true"})", Nothing},
-                   {R"("font": {"italic": tru)", Nothing},
-                   {R"("analysis": {"dataInspector": {"visible": false)",
-                    [](AppSettings& s) { s.dataInspectorVisible = false; }}});
-}
-
-TEST(SettingsReader, TakesUnknownWordsForTheDefaultChoice) {
-    AppSettings before;
-    before.theme = Theme::Black;
-    before.uiLanguage = UiLanguage::Japanese;
-    before.structViewFormat = {ByteArrayFormat::Ascii, Endian::Big, NumericBase::Dec};
-    const auto theme = [](Theme value) { return [value](AppSettings& s) { s.theme = value; }; };
-    const auto language = [](UiLanguage value) {
-        return [value](AppSettings& s) { s.uiLanguage = value; };
+TEST(SettingsReader, ReadsStringsNumbersAndWords) {
+    const auto family = [](auto value) { return Set(&AppSettings::fontFamily, value); };
+    const auto size = [](float value) { return Set(&AppSettings::fontSize, value); };
+    const auto format = [](StructViewFormat value) {
+        return Set(&AppSettings::structViewFormat, value);
     };
-    ExpectChanges(
-        {
-            {R"("theme": "Light")", theme(Theme::Light)},
-            {R"("theme": "light")", theme(Theme::DarkBlue)},
-            {R"("theme": "")", Nothing},
-            {R"("language": "English")", language(UiLanguage::English)},
-            {R"("language": "english")", language(UiLanguage::System)},
-            {R"("language": "")", Nothing},
-            {R"("analysis" "structView" "byteArrayFormat": "HEX")",
-             [](AppSettings& s) { s.structViewFormat.byteArrayFormat = ByteArrayFormat::Hex; }},
-            {R"("analysis" "structView" "endian": "")",
-             [](AppSettings& s) { s.structViewFormat.endian = Endian::Little; }},
-            {R"("analysis" "structView" "numericBase": "octal")",
-             [](AppSettings& s) { s.structViewFormat.numericBase = NumericBase::Hex; }},
-            {R"("structView": {"endian": "little"})", Nothing}, // outside of "analysis"
-        },
-        before);
+    for (
+        const auto& [text, change] : Rows{
+            {R"("font": {"family": "a\b\f\n\r\t\"\\\/z"})", family(u"a\b\f\n\r\t\"\\/z")},
+            {R"("font": {"family": "\u0001\x日"})", family(u"u0001x日")},
+            {"\"font\": {\"family\": \"\xFF\"}", family(u"\uFFFD")},
+            {R"("font" "family" nonsense : nonsense "")", family(u"")},
+            {"\"font\"\r\n\t\"family\"\r\n:\r\n\"two\nlines\"", family(u"two\nlines")},
+            {R"("font": {"size":10.5})", size(10.5F)},
+            {"\"font\": {\"size\": \t\r\n\v\f 9pt}", size(9)},
+            {R"("font": {"size": +8.})", size(8)},
+            {R"("font": {"size": .5e1})", size(5)},
+            {"\"font\": {\"italic\" : \r\n\tfalse", Set(&AppSettings::italic, false)},
+            {R"("dataInspector" "visible": false "analysis": {"dataInspector": {"visible":true)",
+             Set(&AppSettings::dataInspectorVisible, true)},
+            {"\xEF\xBB\xBF{\"theme\": \"Light\"", Set(&AppSettings::theme, Theme::Light)},
+            {R"("theme": "light")", Set(&AppSettings::theme, Theme::DarkBlue)},
+            {R"("language": "English")", Set(&AppSettings::uiLanguage, UiLanguage::English)},
+            {R"("language": "english")", Set(&AppSettings::uiLanguage, UiLanguage::System)},
+            {R"("analysis" "structView" "byteArrayFormat": "HEX", "endian": "", "numericBase": "8")",
+             format({})},
+        })
+        ExpectChange(text, change);
 }
 
-TEST(SettingsReader, ReadsTheEncodingByItsKind) {
-    AppSettings before;
-    before.textEncoding = TextEncoding::Big5;
-    ExpectChanges(
-        {
-            {R"("encoding": {"kind": "common", "common": "utf8"})", Encoding(TextEncoding::Utf8)},
-            {R"("encoding": {"common": "UTF-16 LE", "kind": "common"})",
-             Encoding(TextEncoding::Utf16Le)},
-            {R"("encoding": {"kind": "common", "common": "cp932"})",
-             Encoding(TextEncoding::ShiftJis)},
-            {R"("encoding": {"kind": "common", "common": "latin1"})",
-             Encoding(TextEncoding::Ascii)},
-            {R"("encoding": {"kind": "common"})", Nothing},
-            {R"("encoding": {"kind": "charset", "code": "gbk"})", Nothing},
-            {R"("encoding": {"kind": "other", "common": "utf8"})", Nothing},
-            {R"("encoding": "utf8")", Nothing},
-            {R"("kind": "common", "common": "utf8")", Nothing},
-        },
-        before);
-}
-
-TEST(SettingsReader, ReadsTheFirstLanguageOfTheFileAsTheInterfacesToo) {
-    AppSettings before;
-    before.uiLanguage = UiLanguage::English;
-    const auto system = [](TextEncoding encoding) {
-        return [encoding](AppSettings& settings) {
-            settings.textEncoding = encoding;
-            settings.uiLanguage = UiLanguage::System;
-        };
+TEST(SettingsReader, ReadsTheEncodingByItsKindAndItsLanguageAsTheInterfacesToo) {
+    const auto encoding = [](TextEncoding value) { return Set(&AppSettings::textEncoding, value); };
+    const auto system = [](AppSettings& settings) { settings.uiLanguage = UiLanguage::System; };
+    const auto korean = [=](AppSettings& settings) {
+        system(settings);
+        settings.textEncoding = TextEncoding::EucKr;
     };
-    ExpectChanges(
-        {
-            {R"("encoding": {"kind": "charset", "charset": {"language": "korean",
-                "code": "euc-kr"}}, "language": "Japanese")",
-             system(TextEncoding::EucKr)},
-            {R"("encoding": {"kind": "charset", "charset": {"language": "korean",
-                "code": "cp932"}}, "language": "Japanese")",
-             [](AppSettings& settings) { settings.uiLanguage = UiLanguage::System; }},
-            {R"("language": "English", "encoding": {"kind": "charset",
-                "charset": {"language": "thai", "code": "cp874"}})",
-             Encoding(TextEncoding::Tis620)},
-        },
-        before);
+    const std::string charset = R"("encoding": {"kind": "charset", "charset": {"language": )";
+    for (const auto& [text, change] : Rows{
+             {R"("encoding": {"common": "UTF-16 LE", "kind": "common"})",
+              encoding(TextEncoding::Utf16Le)},
+             {R"("encoding": {"kind": "common", "common": "cp932"})",
+              encoding(TextEncoding::ShiftJis)},
+             {R"("encoding": {"kind": "common", "common": "latin1"})",
+              encoding(TextEncoding::Ascii)},
+             {charset + R"("korean", "code": "euc-kr"}}, "language": "Japanese")", korean},
+             {charset + R"("korean", "code": "cp932"}}, "language": "Japanese")", system},
+             {R"("language": "Japanese", )" + charset + R"("thai", "code": "cp874"}})",
+              encoding(TextEncoding::Tis620)},
+         })
+        ExpectChange(text, change);
 }
 
-TEST(SettingsReader, KeepsTheFirstThreeDistinctFavorites) {
-    AppSettings before;
-    before.favoriteEncodings = {TextEncoding::EucKr};
-    ExpectChanges(
-        {
-            {R"("encodingFavorites": [])", Favorites({})},
+TEST(SettingsReader, ReadsLists) {
+    using enum TextEncoding;
+    const auto favorites = [](auto value) { return Set(&AppSettings::favoriteEncodings, value); };
+    const auto recent = [](std::vector<std::u16string> value) {
+        return Set(&AppSettings::recentFiles, value);
+    };
+    const auto history = [](std::vector<SearchHistoryEntry> value) {
+        return Set(&AppSettings::searchHistory, value);
+    };
+    using Encodings = std::vector<TextEncoding>;
+    for (
+        const auto& [text, change] : Rows{
+            {R"("encodingFavorites": [])", favorites(Encodings{})},
             {R"("encodingFavorites": ["utf8", "cp932", "sjis", "big5", "gbk"])",
-             Favorites({TextEncoding::Utf8, TextEncoding::ShiftJis, TextEncoding::Big5})},
+             favorites(Encodings{Utf8, ShiftJis, Big5})},
             {R"("encodingFavorites": ["latin1", "ascii", "", 5, ["utf8"], "]["])",
-             Favorites({TextEncoding::Ascii, TextEncoding::Utf8})},
-            {R"("encodingFavorites": ["utf8", "gbk")", Nothing},
-            {R"("encodingFavorites": ["utf8", "gbk])", Nothing},
-            {R"("encodingFavorites": ["utf8", ["gbk"])", Nothing},
-        },
-        before);
-}
-
-TEST(SettingsReader, EndsTheRecentFilesAtTheFirstClosingBracket) {
-    AppSettings before;
-    before.recentFiles = {u"old"};
-    ExpectChanges(
-        {
-            {R"("recentFiles": [])", Recent({})},
+             favorites(Encodings{Ascii, Utf8})},
+            {R"("recentFiles": [])", recent({})},
             {R"("recentFiles": ["C:\\a.bin" "D:\\[b.bin", ""])",
-             Recent({u"C:\\a.bin", u"D:\\[b.bin", u""})},
-            {R"("recentFiles": ["C:\\a.bin", "C:\\b]c.bin", "D:\\d.bin"])", Recent({u"C:\\a.bin"})},
-            {R"("recentFiles": ["C:\\b]c.bin", "D:\\d.bin"])", Recent({})},
-            {R"("recentFiles": ["C:\\a.bin", "D:\\d.bin")", Nothing},
-        },
-        before);
-}
-
-TEST(SettingsReader, ReadsWholeHistoryEntries) {
-    AppSettings before;
-    before.searchHistory = {{u"hex", u"00"}};
-    ExpectChanges(
-        {
-            {R"("searchHistory": [])", History({})},
-            {R"("searchHistory": [{"kind": "hex", "query": "4D"}, {"query": "[}]{", "kind": "text"}])",
-             History({{u"hex", u"4D"}, {u"text", u"[}]{"}})},
-            {R"("searchHistory": [{"kind": "hex"}, {"query": "x"}, {}, {"kind": "a", "query": ""}])",
-             History({{u"a", u""}})},
+             recent({u"C:\\a.bin", u"D:\\[b.bin", u""})},
+            {R"("recentFiles": ["C:\\a.bin", "C:\\b]c.bin", "D:\\d.bin"])", recent({u"C:\\a.bin"})},
+            {R"("searchHistory": [])", history({})},
+            {R"("searchHistory": [{"kind": "hex"}, {"query": "[}]{", "kind": "text"}, {}, 7])",
+             history({{u"text", u"[}]{"}})},
             {R"("searchHistory": [{"kind": "query", "query": "kind"}, {"kind": "\"", "query": "\\"}])",
-             History({{u"query", u"kind"}, {u"\"", u"\\"}})},
+             history({{u"query", u"kind"}, {u"\"", u"\\"}})},
             {R"("searchHistory": [{"kind": "a", "query": {"x": "b"}}, 7, "{"])",
-             History({{u"a", u"x"}})},
-            {R"("searchHistory": [{"kind": "a", "query": "b"}, {"kind": "c")", Nothing},
-            {R"("searchHistory": [{"kind": "a", "query": "b"})", Nothing},
-            {R"("searchHistory": [{"kind": "a", "query": "b"])", Nothing},
-        },
-        before);
+             history({{u"a", u"x"}})},
+        })
+        ExpectChange(text, change);
 }
 
-TEST(SettingsReader, ReadsAFileWithAByteOrderMarkLikeOneWithout) {
-    AppSettings settings;
-    settings.appVersion = u"v1.04";
-    settings.theme = Theme::Light;
-    AppSettings read;
-    ReadSettingsText("\xEF\xBB\xBF" + WriteSettingsText(settings), read);
-    EXPECT_EQ(read, settings);
+/// What the reader makes of the written `settings`.
+AppSettings AsReadBack(AppSettings settings) {
+    settings = AsStored(std::move(settings));
+    // Control characters without a letter of their own come back as the text of their code.
+    static constexpr std::u16string_view kNamed = u"\b\t\n\f\r";
+    ForEachString(settings, [](std::u16string& text) {
+        for (std::size_t i = 0; i < text.size(); ++i) {
+            const char16_t unit = text[i];
+            if (unit >= 0x20 || kNamed.find(unit) != kNamed.npos) continue;
+            text.replace(i, 1,
+                         {u'u', u'0', u'0', u"01"[unit / 16], u"0123456789ABCDEF"[unit % 16]});
+        }
+    });
+    // The language group of the encoding stands before the language of the interface.
+    if (settings.textEncoding >= TextEncoding::ShiftJis) settings.uiLanguage = UiLanguage::System;
+    // The list ends at the first closing bracket, inside a path too.
+    std::vector<std::u16string>& paths = settings.recentFiles;
+    const auto hasBracket = [](const auto& path) { return path.find(u']') != path.npos; };
+    paths.erase(std::ranges::find_if(paths, hasBracket), paths.end());
+    return settings;
+}
+
+TEST(SettingsReader, GivesBackWrittenRecordsButForAFewConsequencesOfItsSearch) {
+    RandomSettings random(20240611);
+    for (int step = 0; step < 4000; ++step) {
+        const AppSettings written = random.Next();
+        AppSettings read = random.Next(); // every field is overwritten
+        ReadSettingsText(WriteSettingsText(written), read);
+        ASSERT_EQ(read, AsReadBack(written)) << "step " << step;
+    }
+}
+
+TEST(SettingsReader, TakesOldOrNewValuesFromAFileCutOffAtAnyByte) {
+    for (const TextEncoding encoding : {TextEncoding::Utf16Be, TextEncoding::Big5}) {
+        const AppSettings before;
+        const AppSettings written = AsReadBack(AllChanged(encoding));
+        const std::string text = WriteSettingsText(AllChanged(encoding));
+        for (std::size_t length = 0; length <= text.size(); ++length) {
+            SCOPED_TRACE("cut to " + std::to_string(length) + " bytes");
+            AppSettings read = before;
+            ReadSettingsText(std::string_view(text).substr(0, length), read);
+            const auto isOldOrNew = [&](auto field) {
+                return std::invoke(field, read) == std::invoke(field, before) ||
+                       std::invoke(field, read) == std::invoke(field, written);
+            };
+            using S = AppSettings;
+            EXPECT_TRUE(isOldOrNew(&S::dataInspectorVisible) && isOldOrNew(&S::structViewVisible));
+            EXPECT_TRUE(isOldOrNew([](const S& s) { return s.structViewFormat.byteArrayFormat; }));
+            EXPECT_TRUE(isOldOrNew([](const S& s) { return s.structViewFormat.endian; }));
+            EXPECT_TRUE(isOldOrNew([](const S& s) { return s.structViewFormat.numericBase; }));
+            EXPECT_TRUE(isOldOrNew(&S::appVersion) && isOldOrNew(&S::textEncoding));
+            EXPECT_TRUE(isOldOrNew(&S::favoriteEncodings) && isOldOrNew(&S::theme));
+            EXPECT_TRUE(isOldOrNew(&S::uiLanguage) && isOldOrNew(&S::fontFamily));
+            EXPECT_TRUE(isOldOrNew(&S::fontSize) || read.fontSize == 1 || read.fontSize == 14);
+            EXPECT_TRUE(isOldOrNew(&S::bold) && isOldOrNew(&S::italic));
+            EXPECT_TRUE(isOldOrNew(&S::recentFiles) && isOldOrNew(&S::searchHistory));
+            const bool whole = length + std::string_view("\r\n}\r\n").size() >= text.size();
+            EXPECT_EQ(read == written, whole);
+        }
+    }
+}
+
+TEST(SettingsReader, TakesOnlyValidValuesFromAFileWithFlippedBits) {
+    RandomSettings random(7);
+    for (int step = 0; step < 5000; ++step) {
+        std::string text = WriteSettingsText(random.Next());
+        for (std::uint32_t flips = 1 + random.Below(16); flips > 0; --flips) {
+            char& hit = text[random.Below(text.size())];
+            hit = static_cast<char>(hit ^ (1 << random.Below(8)));
+        }
+        AppSettings read;
+        ReadSettingsText(text, read);
+        EXPECT_LE(static_cast<std::uint32_t>(read.theme), 2U);
+        EXPECT_LE(static_cast<std::uint32_t>(read.uiLanguage), 2U);
+        EXPECT_LT(static_cast<std::uint32_t>(read.textEncoding), kTextEncodingCount);
+        const std::vector<TextEncoding>& favorites = read.favoriteEncodings;
+        EXPECT_LE(favorites.size(), kMaxFavoriteEncodings);
+        EXPECT_EQ(std::set(favorites.begin(), favorites.end()).size(), favorites.size());
+        EXPECT_TRUE(std::isfinite(read.fontSize) && read.fontSize > 0.0F);
+        ForEachString(read, [](auto& string) { EXPECT_EQ(string, WithoutLoneSurrogates(string)); });
+        ASSERT_FALSE(HasFailure()) << "step " << step << "\n" << text;
+    }
 }
 
 } // namespace
