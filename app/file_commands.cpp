@@ -5,10 +5,10 @@
 namespace kvx {
 namespace {
 
-// Keeps the shell busy; ends that also when the save is left by an exception.
+// Ends the busy state however a save is left: also by an exception, also of its beginning.
 class SaveScope {
 public:
-    explicit SaveScope(Shell& shell) : shell_(shell) { shell_.BeginSave(); }
+    explicit SaveScope(Shell& shell) : shell_(shell) {}
     ~SaveScope() { shell_.EndSave(); }
     SaveScope(const SaveScope&) = delete;
     SaveScope& operator=(const SaveScope&) = delete;
@@ -19,6 +19,7 @@ private:
 
 bool SaveShowingProgress(Shell& shell) {
     const SaveScope busy(shell);
+    shell.BeginSave();
     return shell.Document().Save([&shell](std::uint64_t done, std::uint64_t total) {
         shell.ReportSaveProgress(done, total);
     });

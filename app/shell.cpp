@@ -34,6 +34,9 @@ void Shell::Load(std::u16string programFolder, std::u16string settingsPath) {
     strings_.SetBaseFolder(std::move(programFolder));
     settingsPath_ = std::move(settingsPath);
     LoadSettings(settingsPath_, settings_);
+    // The menu nests one level for every eight files, and the file may hold any number of them.
+    if (settings_.recentFiles.size() > kMaxRecentFiles)
+        settings_.recentFiles.resize(kMaxRecentFiles);
     strings_.SetLanguage(settings_.uiLanguage);
     if (!(settings_.fontSize > 0.0F)) settings_.fontSize = kDefaultFontPoints;
     if (settings_.fontFamily.empty()) settings_.fontFamily = kDefaultFontFamily;

@@ -3,6 +3,8 @@
 #pragma once
 
 #include "app/shell.h"
+#include "tests/document/faulty_file_layer.h"
+#include "tests/hexview/view_stage.h"
 #include "tests/support/temp_folder.h"
 
 #include <deque>
@@ -18,7 +20,7 @@ inline std::u16string KeyAsText(std::string_view key) {
 }
 
 /// Answers questions from a list and keeps what was shown last.
-class RecordingHost final : public ShellHost {
+class RecordingShellHost final : public ShellHost {
 public:
     SaveChangesAnswer AskSaveChanges(const std::u16string& text,
                                      const std::u16string& caption) override {
@@ -39,23 +41,17 @@ public:
         return processesStart;
     }
     void ShowTitle(const std::u16string& text) override { title = text; }
-    void ShowMenu(const std::vector<MenuItem>& menuBar) override {
-        menu = menuBar;
-        ++menusShown;
-    }
-    void ShowStatus(const std::u16string& text, const StatusColors& shown) override {
-        status = text;
-        colors = shown;
-    }
+    void ShowMenu(const std::vector<MenuItem>& menuBar) override { menu = menuBar; }
+    void ShowStatus(const std::u16string& text, const StatusColors&) override { status = text; }
     void SetStatusBackground(const StatusColors& shown) override { background = shown; }
     void PaintStatusNow() override { painted.push_back(status); }
     void EnableHexView(bool enabled) override { viewEnabled = enabled; }
     void PumpMessages() override {
         if (duringPump) duringPump();
     }
-    void StartFlashTimer() override { flashTimerRuns = true; }
-    void StopFlashTimer() override { flashTimerRuns = false; }
-    void SoundWarning() override { ++warnings; }
+    void StartFlashTimer() override {}
+    void StopFlashTimer() override {}
+    void SoundWarning() override {}
     std::uint64_t Tick() override { return tick += tickStep; }
     void DestroyMainWindow() override { destroyed = true; }
 
@@ -71,14 +67,10 @@ public:
     std::vector<std::u16string> processes;
     std::u16string title;
     std::vector<MenuItem> menu;
-    int menusShown = 0;
     std::u16string status;
-    StatusColors colors;
     StatusColors background;
     std::vector<std::u16string> painted; ///< status texts that were painted at once
     bool viewEnabled = true;
-    bool flashTimerRuns = false;
-    int warnings = 0;
     std::uint64_t tick = 0;        ///< milliseconds
     std::uint64_t tickStep = 1000; ///< by which each look at the clock finds it moved
     bool destroyed = false;
@@ -88,64 +80,6 @@ private:
         boxes.push_back(box);
         if (duringModal) duringModal();
     }
-};
-
-/// A hex view's window that is not there.
-class NoHexViewWindow final : public HexViewHost {
-public:
-    void Invalidate() override {}
-    void NotifyParent(HexViewNotification) override {}
-    void SetScrollBars(const ScrollBar&, const ScrollBar&) override {}
-    void CopyToClipboard(const std::u16string&) override {}
-    void CaptureMouse() override {}
-    void ReleaseMouse() override {}
-    void TakeFocus() override {}
-    void StartBlinkTimer() override {}
-    void StopBlinkTimer() override {}
-    void ReleaseDeviceResources() override {}
-    std::uint32_t WindowDpi() const override { return 96; }
-};
-
-class FixedMeasurer final : public TextMeasurer {
-public:
-    float WidestCharacter(const FontSpec&, std::u16string_view) override { return 8.0F; }
-    float LineHeight(const FontSpec&) override { return 16.0F; }
-};
-
-/// The system's files, of which none can be opened while that is refused.
-class RefusingFiles final : public FileLayer {
-public:
-    std::unique_ptr<ReadableFile> OpenForReading(const std::u16string& path,
-                                                 ErrorCode& error) override {
-        if (!refusesReading) return SystemFileLayer().OpenForReading(path, error);
-        error = kAccessDenied;
-        return nullptr;
-    }
-    std::unique_ptr<WritableFile> OpenForWriting(const std::u16string& path,
-                                                 ErrorCode& error) override {
-        if (!refusesWriting) return SystemFileLayer().OpenForWriting(path, error);
-        error = kAccessDenied;
-        return nullptr;
-    }
-    std::unique_ptr<WritableFile> CreateForWriting(const std::u16string& path,
-                                                   ErrorCode& error) override {
-        return SystemFileLayer().CreateForWriting(path, error);
-    }
-    std::optional<std::u16string> MakeTempFile(const std::u16string& folder,
-                                               std::u16string_view prefix,
-                                               ErrorCode& error) override {
-        return SystemFileLayer().MakeTempFile(folder, prefix, error);
-    }
-    FileResult MoveOver(const std::u16string& from, const std::u16string& to) override {
-        return SystemFileLayer().MoveOver(from, to);
-    }
-    FileResult Delete(const std::u16string& path) override {
-        return SystemFileLayer().Delete(path);
-    }
-
-    static constexpr ErrorCode kAccessDenied = 5;
-    bool refusesReading = false;
-    bool refusesWriting = false;
 };
 
 /// A started shell with nothing open; texts are their keys.
@@ -158,12 +92,10 @@ struct ShellRig {
     }
 
     TempFolder folder;
-    RefusingFiles files;
-    NoHexViewWindow viewWindow;
-    FixedMeasurer measurer;
-    HexView view{viewWindow, measurer};
-    RecordingHost host;
-    Shell shell{host, view, files};
+    FaultyFileLayer files;
+    ViewStage stage;
+    RecordingShellHost host;
+    Shell shell{host, stage.view, files};
 };
 
 } // namespace kvx
