@@ -21,6 +21,7 @@ std::vector<std::u16string> CommandLineArguments() {
     const kvx::UniqueLocalMemory owner(arguments);
     if (arguments == nullptr) return {};
     std::vector<std::u16string> texts;
+    texts.reserve(static_cast<std::size_t>(count));
     for (int index = 0; index < count; ++index)
         texts.push_back(kvx::FromWide(arguments[index]));
     return texts;

@@ -220,7 +220,7 @@ FontResources* TextRenderer::Impl::Use(const FontSpec& font) {
     std::optional<AsciiGlyphs> ascii;
     if (const ComPtr<IDWriteFont> found = FindFont(*factory, font))
         ascii = MakeAsciiGlyphs(*found, font.sizeDip);
-    resources_.emplace(font, std::move(format), std::move(ascii));
+    resources_.emplace(FontResources{font, std::move(format), std::move(ascii), {}});
     return &*resources_;
 }
 
