@@ -62,6 +62,7 @@ TEST(EditIndex, ALongInsertedRunIsOnePieceHoweverItWasWritten) {
     const Place places[] = {[](std::size_t done) { return done; },
                             [](std::size_t) { return std::size_t{0}; },
                             [](std::size_t done) { return done / 2; },
+                            [](std::size_t done) { return done > 1 ? done / 2 + 1 : 0; },
                             [](std::size_t done) { return done * 7919 % (done + 1); }};
     for (const Place place : places) {
         EditedFile file(Pattern(100));

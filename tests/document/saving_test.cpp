@@ -119,6 +119,7 @@ TEST_P(SavingTest, TheFileBecomesTheDocument) {
     EXPECT_TRUE(file.Disk() == file.expected);
     EXPECT_EQ(file.files.Count(Call::OpenForWriting), GetParam().inPlace ? 1 : 0);
     EXPECT_EQ(file.files.Count(Call::TempName), GetParam().inPlace ? 0 : 1);
+    EXPECT_EQ(file.files.Count(Call::Flush), 1);
     EXPECT_TRUE(file.IsAlone());
     EXPECT_EQ(file.document.GetLastErrorText(), u"");
     EXPECT_FALSE(file.document.IsModified());
