@@ -5,10 +5,10 @@
 #include "tests/settings/settings_testing.h"
 #include "tests/support/temp_folder.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <functional>
 #include <memory>
 #include <stdexcept>
 
@@ -57,29 +57,19 @@ TEST(SettingsFile, NamesThePathThatCannotBeWritten) {
     }
 }
 
-/// Does what a test demands at each opening; nothing else is ever asked of it.
-class ScriptedFiles final : public FileLayer {
+/// Files that fail, throw or are locked as a test demands.
+class MockFileLayer : public FileLayer {
 public:
-    std::function<std::unique_ptr<ReadableFile>(ErrorCode&)> read;
-    std::function<std::unique_ptr<WritableFile>(ErrorCode&)> create;
-    int openings = 0;
-
-    std::unique_ptr<ReadableFile> OpenForReading(const std::u16string&, ErrorCode& error) override {
-        return ++openings, read(error);
-    }
-    std::unique_ptr<WritableFile> CreateForWriting(const std::u16string&,
-                                                   ErrorCode& error) override {
-        return ++openings, create(error);
-    }
-    std::unique_ptr<WritableFile> OpenForWriting(const std::u16string&, ErrorCode&) override {
-        return nullptr;
-    }
-    std::optional<std::u16string> MakeTempFile(const std::u16string&, std::u16string_view,
-                                               ErrorCode&) override {
-        return std::nullopt;
-    }
-    FileResult MoveOver(const std::u16string&, const std::u16string&) override { return {}; }
-    FileResult Delete(const std::u16string&) override { return {}; }
+    MOCK_METHOD(std::unique_ptr<ReadableFile>, OpenForReading, (const std::u16string&, ErrorCode&),
+                (override));
+    MOCK_METHOD(std::unique_ptr<WritableFile>, OpenForWriting, (const std::u16string&, ErrorCode&),
+                (override));
+    MOCK_METHOD(std::unique_ptr<WritableFile>, CreateForWriting,
+                (const std::u16string&, ErrorCode&), (override));
+    MOCK_METHOD(std::optional<std::u16string>, MakeTempFile,
+                (const std::u16string&, std::u16string_view, ErrorCode&), (override));
+    MOCK_METHOD(FileResult, MoveOver, (const std::u16string&, const std::u16string&), (override));
+    MOCK_METHOD(FileResult, Delete, (const std::u16string&), (override));
 };
 
 class FullDisk : public WritableFile {
@@ -101,43 +91,45 @@ public:
 };
 
 TEST(SettingsFile, ThatFailsAmidReadingChangesNothing) {
-    ScriptedFiles files;
-    files.read = [](ErrorCode&) { return std::make_unique<FailsAmidReading>(); };
+    MockFileLayer files;
+    EXPECT_CALL(files, OpenForReading)
+        .WillOnce(testing::Return(testing::ByMove(std::make_unique<FailsAmidReading>())))
+        .WillOnce(testing::Throw(std::bad_alloc()));
     EXPECT_EQ(Loaded(u"x", files), AppSettings{});
-    files.read = [](ErrorCode&) -> std::unique_ptr<ReadableFile> { throw std::bad_alloc(); };
     EXPECT_EQ(Loaded(u"x", files), AppSettings{});
 }
 
 TEST(SettingsFile, TellsWhyWritingFailedAndLetsNoExceptionOut) {
-    ScriptedFiles files;
-    files.create = [](ErrorCode&) { return std::make_unique<FullDisk>(); };
+    MockFileLayer files;
+    EXPECT_CALL(files, CreateForWriting)
+        .WillOnce(testing::Return(testing::ByMove(std::make_unique<FullDisk>())))
+        .WillOnce(testing::Throw(std::runtime_error("boom")))
+        .WillOnce(testing::Throw(7));
     EXPECT_EQ(SaveSettings(u"x", kSample, files).message,
               u"Failed to save settings: " + Win32ErrorText(112));
-    files.create = [](ErrorCode&) -> std::unique_ptr<WritableFile> {
-        throw std::runtime_error("boom");
-    };
-    const SettingsSaveResult thrown = SaveSettings(u"x", kSample, files);
-    EXPECT_FALSE(thrown.ok);
-    EXPECT_EQ(thrown.message, u"Failed to save settings: boom");
+    EXPECT_EQ(SaveSettings(u"x", kSample, files).message, u"Failed to save settings: boom");
+    EXPECT_FALSE(SaveSettings(u"x", kSample, files).ok);
 }
 
 TEST(SettingsFile, IsAwaitedWhileLockedButNotForLongNorAfterAnotherError) {
-    ScriptedFiles files;
-    ErrorCode code = 32;
-    files.create = [&](ErrorCode& error) { return error = code, nullptr; };
-    EXPECT_EQ(SaveSettings(u"C:\\x", kSample, files).message,
-              u"Failed to open settings file for writing: C:\\x");
-    EXPECT_EQ(files.openings, 11);
-    code = 5;
-    EXPECT_FALSE(SaveSettings(u"x", kSample, files).ok);
-    EXPECT_EQ(files.openings, 12);
     const TempFolder folder;
     const std::u16string path = folder.Write(kName, WriteSettingsText(kSample));
-    files.read = [&](ErrorCode& error) {
+    MockFileLayer files;
+    int tries = 0;
+    EXPECT_CALL(files, OpenForReading).WillRepeatedly([&](const auto& name, ErrorCode& error) {
         error = 32;
-        return files.openings < 15 ? nullptr : SystemFileLayer().OpenForReading(path, error);
-    };
+        return ++tries < 3 ? nullptr : SystemFileLayer().OpenForReading(name, error);
+    });
     EXPECT_EQ(Loaded(path, files), kSample);
+    EXPECT_CALL(files, CreateForWriting)
+        .Times(11 + 1)
+        .WillRepeatedly([&](const auto&, ErrorCode& error) {
+            error = ++tries == 3 + 12 ? 5 : 32;
+            return nullptr;
+        });
+    EXPECT_EQ(SaveSettings(path, kSample, files).message,
+              u"Failed to open settings file for writing: " + path);
+    EXPECT_FALSE(SaveSettings(path, kSample, files).ok);
 }
 
 TEST(SettingsPath, IsBesideAnUnpackagedProgram) {

@@ -132,6 +132,7 @@ TEST(SettingsReader, ReadsLists) {
     for (
         const auto& [text, change] : Rows{
             {R"("encodingFavorites": [])", favorites(Encodings{})},
+            {R"("encodingFavorites": ["gbk" \])", favorites(Encodings{Gbk})},
             {R"("encodingFavorites": ["utf8", "cp932", "sjis", "big5", "gbk"])",
              favorites(Encodings{Utf8, ShiftJis, Big5})},
             {R"("encodingFavorites": ["latin1", "ascii", "", 5, ["utf8"], "]["])",
