@@ -1,6 +1,7 @@
 #include "fuzz/pattern_checks.h"
 
 #include "pattern/evaluation.h"
+#include "pattern/loader.h"
 #include "pattern/parser.h"
 #include "pattern/summary.h"
 #include "platform/characters.h"

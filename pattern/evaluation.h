@@ -2,9 +2,10 @@
 // touches neither the document nor any window, so it runs on the struct view's worker.
 #pragma once
 
-#include "pattern/loader.h"
+#include "pattern/struct_pattern_file.h"
 #include "pattern/struct_view_row.h"
 #include "pattern/value_format.h"
+#include "platform/bytes.h"
 
 #include <optional>
 #include <string>

@@ -6,13 +6,9 @@
 #include "platform/bytes.h"
 #include "platform/file_layer.h"
 
-#include <memory>
 #include <string>
 
 namespace kvx {
-
-/// A pattern file as it is shared between threads.
-using SharedPattern = std::shared_ptr<const StructPatternFile>;
 
 /// The whole load. There is no partial result: either the complete file or one message. Reads
 /// through `files`; callable from any thread.

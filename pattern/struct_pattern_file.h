@@ -68,4 +68,7 @@ struct StructPatternFile {
     }
 };
 
+/// A pattern file as it is shared between threads.
+using SharedPattern = std::shared_ptr<const StructPatternFile>;
+
 } // namespace kvx
