@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 
 namespace kvx {
@@ -56,6 +57,42 @@ TEST(HexView, ZoomsInExactTenthsWithinItsLimitsAndReportsOnlyChanges) {
     EXPECT_EQ(stage.State().zoom, 1.0F);
     stage.view.ResetZoom();
     EXPECT_EQ(stage.host.notifications, Notifications(5, ZoomChanged));
+}
+
+TEST(HexView, ClampsFontSizesAndIgnoresAFontThatLooksTheSame) {
+    ViewStage stage;
+    stage.view.SetFont(u"CONSOLAS", 12.0F, false, false);
+    EXPECT_EQ(stage.host.notifications, Notifications());
+    const std::pair<float, float> rows[] = {
+        {100.0F, 64.0F}, {2.0F, 8.0F}, {12.0F, 16.0F}, {std::nanf(""), 8.0F}};
+    for (const auto& [points, dips] : rows) {
+        stage.host.Forget();
+        stage.view.SetFont(u"Courier New", points, true, false);
+        EXPECT_FLOAT_EQ(stage.State().fontSizeDip, dips) << points;
+        EXPECT_EQ(stage.host.notifications, Notifications{StateChanged}) << points;
+    }
+}
+
+TEST(HexView, ClampsSelectionsAndSelectsNothingWhereThereAreNoBytes) {
+    ViewStage stage(CountingBytes(20));
+    stage.view.SetSelection(30, 5);
+    EXPECT_TRUE(stage.State().hasSelection);
+    EXPECT_EQ(stage.State().selAnchor, 19U);
+    EXPECT_EQ(stage.State().selEnd, 5U);
+    ViewStage empty;
+    empty.view.SetSelection(0, 0);
+    EXPECT_FALSE(empty.State().hasSelection);
+}
+
+TEST(HexView, BlinksWhileInsertingWithTheFocusOnly) {
+    ViewStage stage(CountingBytes(16));
+    stage.Enter(InsertMode::Overwrite);
+    stage.view.OnFocusGained();
+    EXPECT_FALSE(stage.host.blinking);
+    stage.view.OnKeyDown(Key::Insert, false);
+    EXPECT_TRUE(stage.host.blinking && stage.State().caretBlinkOn);
+    stage.view.OnKeyDown(Key::Insert, false);
+    EXPECT_FALSE(stage.host.blinking);
 }
 
 TEST(HexView, MovesTheCaretByAnyDistanceWithoutWrappingAround) {
