@@ -27,7 +27,7 @@ public:
     std::optional<std::vector<PatternToken>> Run() {
         while (at_ < text_.size())
             if (!Step()) return std::nullopt;
-        tokens_.push_back({{}, place_, TokenKind::End});
+        tokens_.push_back({{{}, TokenKind::End}, place_});
         return tokens_;
     }
 
@@ -50,7 +50,7 @@ private:
         do
             Pass();
         while (at_ < text_.size() && condition(text_[at_]));
-        tokens_.push_back({text_.substr(start, at_ - start), place, kind});
+        tokens_.push_back({{text_.substr(start, at_ - start), kind}, place});
     }
 
     bool PassBlockComment() {

@@ -10,16 +10,39 @@
 namespace kvx {
 namespace {
 
+/// Reads an outlined declaration from its start.
+class OutlinedTokens {
+public:
+    explicit OutlinedTokens(const DeclarationOutline& outline)
+        : first_(outline.first), rest_(outline.rest) {}
+
+    /// The current token. Not called at the end of the declaration.
+    const Lexeme& Current() const {
+        return index_ < first_.size() ? first_[index_] : rest_->Current();
+    }
+    void Advance() {
+        if (index_ < first_.size())
+            ++index_;
+        else
+            rest_->Advance();
+    }
+
+private:
+    std::span<const Lexeme> first_;
+    std::optional<PatternLexer> rest_;
+    std::size_t index_ = 0;
+};
+
 /// Reads the tokens up to the name at index `end` as type words and stars into `member`; gives the
 /// message when there is more.
-std::u16string_view ParseType(ParseState& state, PatternLexer& tokens, std::size_t end,
+std::u16string_view ParseType(ParseState& state, OutlinedTokens& tokens, std::size_t end,
                               MemberDecl& member) {
     std::u16string& typeName = state.typeName;
     typeName.clear();
     bool supported = true;
     for (std::size_t index = 0; index < end; ++index, tokens.Advance()) {
-        const PatternToken& token = tokens.Current();
-        if (token.kind == TokenKind::Identifier) {
+        const Lexeme& token = tokens.Current();
+        if (token.IsIdentifier()) {
             if (!typeName.empty()) typeName += u' ';
             AppendNormalized(typeName, token.text);
         } else if (token.IsSymbol(u'*')) {
@@ -36,9 +59,10 @@ std::u16string_view ParseType(ParseState& state, PatternLexer& tokens, std::size
 
 /// Reads the `length` tokens behind the name into `member`; gives the message when they are not an
 /// array suffix.
-std::u16string_view ParseArraySuffix(PatternLexer& tokens, std::size_t length, MemberDecl& member) {
-    std::array<PatternToken, 3> first;
-    for (PatternToken& token : std::span(first).first(std::min(length, first.size()))) {
+std::u16string_view ParseArraySuffix(OutlinedTokens& tokens, std::size_t length,
+                                     MemberDecl& member) {
+    std::array<Lexeme, 3> first;
+    for (Lexeme& token : std::span(first).first(std::min(length, first.size()))) {
         token = tokens.Current();
         tokens.Advance();
     }
@@ -61,15 +85,18 @@ std::u16string_view ParseArraySuffix(PatternLexer& tokens, std::size_t length, M
 } // namespace
 
 DeclarationOutline OutlineDeclaration(PatternLexer& tokens) {
-    DeclarationOutline outline(tokens);
+    DeclarationOutline outline(tokens.Current().position);
     std::optional<std::size_t> openingBracket;
     std::optional<std::size_t> nameBefore; // the last identifier but one
     bool closes = false;
     for (; !tokens.AtEnd() && !tokens.Current().IsSymbol(u';'); tokens.Advance()) {
         const PatternToken& token = tokens.Current();
+        if (outline.length < DeclarationOutline::kKept)
+            outline.first[outline.length] = token;
+        else if (!outline.rest)
+            outline.rest = tokens;
         closes = token.IsSymbol(u']');
-        if (token.kind == TokenKind::Identifier)
-            nameBefore = std::exchange(outline.name, outline.length);
+        if (token.IsIdentifier()) nameBefore = std::exchange(outline.name, outline.length);
         if (token.IsSymbol(u'[')) openingBracket = outline.length;
         if (token.IsSymbol(u',')) outline.hasComma = true;
         if (token.IsSymbol(u'{') && !outline.openingBrace) outline.openingBrace = token.position;
@@ -88,8 +115,8 @@ std::u16string_view ParseMemberDeclaration(ParseState& state, const DeclarationO
     if (outline.hasComma) return u"Multiple declarators are not supported in v1.";
     if (!outline.name) return u"Declaration name was not found.";
 
-    PatternLexer tokens = outline.start;
-    member.position = tokens.Current().position;
+    OutlinedTokens tokens(outline);
+    member.position = outline.start;
     const std::u16string_view typeProblem = ParseType(state, tokens, *outline.name, member);
     member.name = tokens.Current().text;
     tokens.Advance();

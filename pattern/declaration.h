@@ -1,12 +1,13 @@
 // Reads one member declaration, the part between two semicolons.
 //
 // The name is the last identifier, so the end must be seen before anything has a meaning: the
-// declaration is looked over first and then read from its start. No list of tokens is kept, however
-// long a declaration goes on.
+// declaration is looked over first and then read from its start. Its first words are kept for that,
+// the others are lexed again, so that memory does not grow however long a declaration goes on.
 #pragma once
 
 #include "pattern/parse_state.h"
 
+#include <array>
 #include <cstddef>
 #include <optional>
 #include <string_view>
@@ -15,9 +16,13 @@ namespace kvx {
 
 /// What looking over a declaration has told. Indices count its tokens from 0.
 struct DeclarationOutline {
-    explicit DeclarationOutline(const PatternLexer& tokens) : start(tokens) {}
+    static constexpr std::size_t kKept = 8; ///< enough for nearly all
 
-    PatternLexer start; ///< at the first token
+    explicit DeclarationOutline(SourcePosition place) : start(place) {}
+
+    SourcePosition start; ///< of the first token, or of what follows when there is none
+    std::array<Lexeme, kKept> first;
+    std::optional<PatternLexer> rest; ///< at the first token that is not kept, if there is one
     std::size_t length = 0;
     std::optional<std::size_t> name;
     std::optional<SourcePosition> openingBrace; ///< of the first one

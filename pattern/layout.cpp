@@ -8,6 +8,8 @@
 namespace kvx {
 namespace {
 
+constexpr std::u16string_view kGapName = u"<padding>";
+constexpr std::u16string_view kGapType = u"padding";
 constexpr std::u16string_view kTooLarge = u"Struct size exceeds 64 bits.";
 
 constexpr std::uint64_t kLargest = std::numeric_limits<std::uint64_t>::max();
@@ -158,8 +160,8 @@ private:
         const std::optional<std::uint64_t> end = Add(offset, gap);
         if (!end) return false;
         StructMemberLayout& row = rows_.emplace_back();
-        row.name = u"<padding>";
-        row.typeName = u"padding";
+        row.name = kGapName;
+        row.typeName = kGapType;
         row.offset = offset;
         row.elementSize = 1;
         row.count = gap;

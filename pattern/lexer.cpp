@@ -60,7 +60,9 @@ std::u16string PatternLexer::Error() const {
 void PatternLexer::SkipBlanksAndComments() {
     while (offset_ < end_) {
         const char16_t unit = source_[offset_];
-        if (unit == u'\n') {
+        if (unit == u' ') {
+            ++offset_;
+        } else if (unit == u'\n') {
             PassLineFeed();
         } else if (unit == u'/') {
             if (!SkipComment()) return;

@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <optional>
 #include <string>
@@ -56,7 +57,7 @@ struct ParseState {
     std::u16string error;
 
     // Of the struct and the declaration being read; kept from one to the next for their memory.
-    std::vector<MemberDecl> members;
+    std::deque<MemberDecl> members; ///< grows without being copied, also in a struct without end
     std::u16string typeName;
 };
 

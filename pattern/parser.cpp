@@ -9,34 +9,31 @@
 namespace kvx {
 namespace {
 
-bool IsIdentifier(const PatternToken& token) {
-    return token.kind == TokenKind::Identifier;
-}
-
 bool IsKeyword(const PatternToken& token, std::u16string_view keyword) {
-    return IsIdentifier(token) && WordMatches(token.text, keyword);
+    return token.IsIdentifier() && WordMatches(token.text, keyword);
 }
 
-bool FailHere(ParseState& state, std::u16string_view message) {
+/// The messages are plain literals here: only a failure takes their length.
+bool FailHere(ParseState& state, const char16_t* message) {
     return FailAt(state, state.tokens.Current().position, message);
 }
 
 /// Takes the symbol at the current token or fails there with `message`.
-bool ExpectSymbol(ParseState& state, char16_t symbol, std::u16string_view message) {
+bool ExpectSymbol(ParseState& state, char16_t symbol, const char16_t* message) {
     if (!state.tokens.Current().IsSymbol(symbol)) return FailHere(state, message);
     state.tokens.Advance();
     return true;
 }
 
 /// Takes the identifier at the current token into `text` or fails there with `message`.
-bool ExpectIdentifier(ParseState& state, std::u16string_view& text, std::u16string_view message) {
-    if (!IsIdentifier(state.tokens.Current())) return FailHere(state, message);
+bool ExpectIdentifier(ParseState& state, std::u16string_view& text, const char16_t* message) {
+    if (!state.tokens.Current().IsIdentifier()) return FailHere(state, message);
     text = state.tokens.Current().text;
     state.tokens.Advance();
     return true;
 }
 
-bool ExpectKeyword(ParseState& state, std::u16string_view keyword, std::u16string_view message) {
+bool ExpectKeyword(ParseState& state, std::u16string_view keyword, const char16_t* message) {
     if (!IsKeyword(state.tokens.Current(), keyword)) return FailHere(state, message);
     state.tokens.Advance();
     return true;
@@ -44,7 +41,7 @@ bool ExpectKeyword(ParseState& state, std::u16string_view keyword, std::u16strin
 
 bool ParseEntry(ParseState& state) {
     std::u16string entryName;
-    std::u16string_view message = u"Expected type name after @entry.";
+    const char16_t* message = u"Expected type name after @entry.";
     if (IsKeyword(state.tokens.Current(), u"struct")) {
         state.tokens.Advance();
         entryName = u"struct ";
@@ -57,7 +54,6 @@ bool ParseEntry(ParseState& state) {
 }
 
 bool ParseMember(ParseState& state) {
-    const SourcePosition start = state.tokens.Current().position;
     const DeclarationOutline outline = OutlineDeclaration(state.tokens);
     if (outline.openingBrace)
         return FailAt(state, *outline.openingBrace,
@@ -65,7 +61,7 @@ bool ParseMember(ParseState& state) {
     if (!ExpectSymbol(state, u';', u"Expected ';' after member declaration.")) return false;
     MemberDecl member;
     const std::u16string_view problem = ParseMemberDeclaration(state, outline, member);
-    if (!problem.empty()) return FailAt(state, start, problem);
+    if (!problem.empty()) return FailAt(state, outline.start, problem);
     state.members.push_back(member);
     return true;
 }
@@ -77,7 +73,7 @@ bool ParseStructBody(ParseState& state, StructDefinition& definition) {
         if (state.tokens.AtEnd()) return FailHere(state, u"Expected '}' to close struct body.");
         if (!ParseMember(state)) return false;
     }
-    definition.members = state.members;
+    definition.members.assign(state.members.begin(), state.members.end());
     state.tokens.Advance();
     return true;
 }
@@ -111,7 +107,7 @@ struct StructHead {
 bool ParseStructHead(ParseState& state, StructHead& head) {
     head.definition.position = state.tokens.Current().position;
     if (!ExpectKeyword(state, u"struct", u"Expected 'struct'.")) return false;
-    if (IsIdentifier(state.tokens.Current())) {
+    if (state.tokens.Current().IsIdentifier()) {
         head.definition.name = state.tokens.Current().text;
         state.tokens.Advance();
     }
@@ -153,7 +149,7 @@ bool ParseSimpleTypedef(ParseState& state, SourcePosition start) {
     const std::u16string_view problem = ParseMemberDeclaration(state, outline, target);
     if (!problem.empty()) {
         const bool isEmpty = outline.length == 0;
-        return FailAt(state, isEmpty ? start : outline.start.Current().position, problem);
+        return FailAt(state, isEmpty ? start : outline.start, problem);
     }
     if (target.count != 1) return FailAt(state, start, u"Typedef arrays are not supported.");
     return RegisterAlias(state, target.name, target.Type());
@@ -172,7 +168,7 @@ bool ParseTopLevel(ParseState& state) {
 bool ParseDirective(ParseState& state) {
     const SourcePosition start = state.tokens.Current().position;
     if (!ExpectSymbol(state, u'@', u"Expected '@' for directive.")) return false;
-    if (!IsIdentifier(state.tokens.Current()))
+    if (!state.tokens.Current().IsIdentifier())
         return FailAt(state, start, u"Expected directive name.");
     const std::u16string name = NormalizeName(state.tokens.Current().text);
     state.tokens.Advance();

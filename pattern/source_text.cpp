@@ -34,6 +34,7 @@ std::u16string FormatPositionedMessage(std::u16string_view source, SourcePositio
     text += message;
     const std::u16string_view line = LineOf(source, position.line);
     if (line.empty()) return text;
+    text.reserve(text.size() + line.size() + position.column + 4); // a line may be all of the file
     text += u"\r\n";
     text += line;
     text += u"\r\n";

@@ -1,4 +1,4 @@
-// One lexeme of a pattern file.
+// The words of a pattern file.
 #pragma once
 
 #include <cstdint>
@@ -15,16 +15,23 @@ struct SourcePosition {
     friend bool operator==(const SourcePosition&, const SourcePosition&) = default;
 };
 
-/// One lexeme. `text` points into the source text, which outlives the token; it is the lexeme as
+/// What was written. `text` points into the source text, which outlives the lexeme; it is as
 /// written, one character for a symbol and empty for the end token.
-struct PatternToken {
+struct Lexeme {
     std::u16string_view text;
-    SourcePosition position;
     TokenKind kind = TokenKind::End;
 
+    bool IsIdentifier() const { return kind == TokenKind::Identifier; }
     bool IsSymbol(char16_t symbol) const {
         return kind == TokenKind::Symbol && text.front() == symbol;
     }
+    friend bool operator==(const Lexeme&, const Lexeme&) = default;
+};
+
+/// One lexeme and where it stands.
+struct PatternToken : Lexeme {
+    SourcePosition position;
+
     friend bool operator==(const PatternToken&, const PatternToken&) = default;
 };
 

@@ -88,15 +88,23 @@ void StartAnew(benchmark::State& state, Outcome<SharedPattern>& load) {
     state.ResumeTiming();
 }
 
+/// Bytes that the program has from the heap now.
+double HeapBytes() {
+    const auto info = ::mallinfo2();
+    return static_cast<double>(info.uordblks + info.hblkhd);
+}
+
 void LoadStructs(benchmark::State& state) {
     const int count = static_cast<int>(state.range(0));
     const std::string text = ManyStructsPattern(count);
+    const double heap = HeapBytes();
     Outcome<SharedPattern> load;
     for ([[maybe_unused]] const auto pass : state) {
         StartAnew(state, load);
         load = LoadStructPattern(AsBytes(text));
     }
     ExpectLoaded(state, load, true);
+    state.counters["heap_per_byte"] = (HeapBytes() - heap) / static_cast<double>(text.size());
     state.counters["per_struct"] = benchmark::Counter(
         count, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
