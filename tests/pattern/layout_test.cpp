@@ -110,6 +110,18 @@ TEST(Layout, ArraysFlexibleArraysAndPointers) {
               "48 data : long 8*0=0 integer signed flexible");
 }
 
+TEST(Layout, DeclarationsMayHaveAnyNumberOfWordsAndStars) {
+    for (const int count : {6, 7, 8, 9, 30}) {
+        std::string stars;
+        for (int i = 0; i < count; ++i)
+            stars += "* ";
+        EXPECT_EQ(LayoutOf("struct S { unsigned " + stars + "char p[3]; };"),
+                  "S size 24 align 8\n"
+                  "0 p : unsigned char 8*3=24 integer pointer")
+            << count;
+    }
+}
+
 TEST(Layout, AliasesKeepTheirNameAndTakeTheirTargetsLayout) {
     EXPECT_EQ(LayoutOf("typedef unsigned int DWord; typedef DWord Id; typedef char* Text;\n"
                        "typedef Text TextAlias; typedef struct Pair Both;\n"
