@@ -92,7 +92,7 @@ DeclarationOutline OutlineDeclaration(PatternLexer& tokens) {
     for (; !tokens.AtEnd() && !tokens.Current().IsSymbol(u';'); tokens.Advance()) {
         const PatternToken& token = tokens.Current();
         if (outline.length < DeclarationOutline::kKept)
-            outline.first[outline.length] = token;
+            outline.first[outline.length] = {token.text, token.kind};
         else if (!outline.rest)
             outline.rest = tokens;
         closes = token.IsSymbol(u']');
