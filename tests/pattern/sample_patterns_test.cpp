@@ -20,18 +20,32 @@ public:
         bytes_.append(count, '\0');
         return *this;
     }
-    Assembly& U8(unsigned value) { return Number(value, 1); }
-    Assembly& U16(unsigned value) { return Number(value, 2); }
-    Assembly& U32(std::uint64_t value) { return Number(value, 4); }
-    Assembly& U64(std::uint64_t value) { return Number(value, 8); }
+    template <typename... Values>
+    Assembly& U8(Values... values) {
+        return Numbers(1, {static_cast<std::uint64_t>(values)...});
+    }
+    template <typename... Values>
+    Assembly& U16(Values... values) {
+        return Numbers(2, {static_cast<std::uint64_t>(values)...});
+    }
+    template <typename... Values>
+    Assembly& U32(Values... values) {
+        return Numbers(4, {static_cast<std::uint64_t>(values)...});
+    }
+    template <typename... Values>
+    Assembly& U64(Values... values) {
+        return Numbers(8, {static_cast<std::uint64_t>(values)...});
+    }
 
     const std::string& Bytes() const { return bytes_; }
 
 private:
-    Assembly& Number(std::uint64_t value, int size) {
-        for (int i = 0; i < size; ++i) {
-            const int shift = 8 * (byteOrder_ == ByteOrder::Big ? size - 1 - i : i);
-            bytes_ += static_cast<char>(value >> shift & 0xFF);
+    Assembly& Numbers(int size, std::initializer_list<std::uint64_t> values) {
+        for (const std::uint64_t value : values) {
+            for (int i = 0; i < size; ++i) {
+                const int shift = 8 * (byteOrder_ == ByteOrder::Big ? size - 1 - i : i);
+                bytes_ += static_cast<char>(value >> shift & 0xFF);
+            }
         }
         return *this;
     }
@@ -74,15 +88,11 @@ TEST(SamplePatterns, Wav) {
     const std::string file = Assembly()
                                  .Text("RIFF")
                                  .U32(36 + 400)
-                                 .Text("WAVE")
-                                 .Text("fmt ")
+                                 .Text("WAVEfmt ")
                                  .U32(16)
-                                 .U16(1)
-                                 .U16(2)
-                                 .U32(44100)
-                                 .U32(176400)
-                                 .U16(4)
-                                 .U16(16)
+                                 .U16(1, 2)
+                                 .U32(44100, 176400)
+                                 .U16(4, 16)
                                  .Text("data")
                                  .U32(400)
                                  .Zeros(400)
@@ -102,22 +112,10 @@ TEST(SamplePatterns, Avi) {
     const std::string file = Assembly()
                                  .Text("RIFF")
                                  .U32(80)
-                                 .Text("AVI ")
-                                 .Text("LIST")
+                                 .Text("AVI LIST")
                                  .U32(68)
-                                 .Text("hdrl")
-                                 .Text("avih")
-                                 .U32(56)
-                                 .U32(40000)
-                                 .U32(1000000)
-                                 .U32(0)
-                                 .U32(0x10)
-                                 .U32(250)
-                                 .U32(0)
-                                 .U32(2)
-                                 .U32(65536)
-                                 .U32(640)
-                                 .U32(480)
+                                 .Text("hdrlavih")
+                                 .U32(56, 40000, 1000000, 0, 0x10, 250, 0, 2, 65536, 640, 480)
                                  .Zeros(16)
                                  .Bytes();
     const Sample avi("avi_header", file);
@@ -134,16 +132,8 @@ TEST(SamplePatterns, PcapInBothByteOrders) {
     for (const ByteOrder byteOrder : {ByteOrder::Little, ByteOrder::Big}) {
         const std::string file = Assembly(byteOrder)
                                      .U32(0xA1B2C3D4)
-                                     .U16(2)
-                                     .U16(4)
-                                     .U32(0)
-                                     .U32(0)
-                                     .U32(65535)
-                                     .U32(1)
-                                     .U32(1700000000)
-                                     .U32(250000)
-                                     .U32(60)
-                                     .U32(1514)
+                                     .U16(2, 4)
+                                     .U32(0, 0, 65535, 1, 1700000000, 250000, 60, 1514)
                                      .Zeros(60)
                                      .Bytes();
         const Sample pcap("pcap_header", file, 0, byteOrder);
@@ -159,11 +149,8 @@ TEST(SamplePatterns, PcapInBothByteOrders) {
 
 TEST(SamplePatterns, Pcapng) {
     const std::string file = Assembly()
-                                 .U32(0x0A0D0D0A)
-                                 .U32(28)
-                                 .U32(0x1A2B3C4D)
-                                 .U16(1)
-                                 .U16(0)
+                                 .U32(0x0A0D0D0A, 28, 0x1A2B3C4D)
+                                 .U16(1, 0)
                                  .U64(0xFFFFFFFFFFFFFFFF)
                                  .U32(28)
                                  .Bytes();
@@ -179,9 +166,7 @@ TEST(SamplePatterns, Pcapng) {
 TEST(SamplePatterns, JavaClass) {
     const std::string file = Assembly(ByteOrder::Big)
                                  .U32(0xCAFEBABE)
-                                 .U16(0)
-                                 .U16(61)
-                                 .U16(3)
+                                 .U16(0, 61, 3)
                                  .U8(7)
                                  .U16(2)
                                  .U8(1)
@@ -198,14 +183,12 @@ TEST(SamplePatterns, JavaClass) {
 
 TEST(SamplePatterns, Dex) {
     Assembly file;
-    file.Text("dex\n")
-        .Text("035")
+    file.Text("dex\n"
+              "035")
         .U8(0)
         .U32(0x11223344)
         .Zeros(20)
-        .U32(4096)
-        .U32(112)
-        .U32(0x12345678);
+        .U32(4096, 112, 0x12345678);
     for (unsigned value = 1; value <= 17; ++value)
         file.U32(value * 10);
     const Sample dex("dex_header", file.Bytes());
@@ -222,14 +205,9 @@ TEST(SamplePatterns, Dex) {
 TEST(SamplePatterns, TrueType) {
     const std::string file = Assembly(ByteOrder::Big)
                                  .U32(0x00010000)
-                                 .U16(11)
-                                 .U16(128)
-                                 .U16(3)
-                                 .U16(48)
+                                 .U16(11, 128, 3, 48)
                                  .Text("cmap")
-                                 .U32(0x01020304)
-                                 .U32(188)
-                                 .U32(260)
+                                 .U32(0x01020304, 188, 260)
                                  .Bytes();
     const Sample font("truetype_table_directory", file, 0, ByteOrder::Big);
     EXPECT_EQ(font.Size(), 28U);
@@ -243,20 +221,11 @@ TEST(SamplePatterns, TrueType) {
 
 TEST(SamplePatterns, WindowsShortcut) {
     const std::string file = Assembly()
-                                 .U32(0x4C)
-                                 .U32(0x00021401)
-                                 .U16(0)
-                                 .U16(0)
-                                 .U32(0xC0)
-                                 .U32(0x46000000)
-                                 .U32(0x9B)
-                                 .U32(0x20)
-                                 .U64(1)
-                                 .U64(2)
-                                 .U64(3)
-                                 .U32(12345)
-                                 .U32(7)
-                                 .U32(3)
+                                 .U32(0x4C, 0x00021401)
+                                 .U16(0, 0)
+                                 .U32(0xC0, 0x46000000, 0x9B, 0x20)
+                                 .U64(1, 2, 3)
+                                 .U32(12345, 7, 3)
                                  .U16(0x0641)
                                  .Zeros(10)
                                  .Bytes();
@@ -275,15 +244,9 @@ TEST(SamplePatterns, WindowsShortcut) {
 TEST(SamplePatterns, Minidump) {
     const std::string file = Assembly()
                                  .Text("MDMP")
-                                 .U32(0x6380A793)
-                                 .U32(13)
-                                 .U32(32)
-                                 .U32(0)
-                                 .U32(1700000000)
+                                 .U32(0x6380A793, 13, 32, 0, 1700000000)
                                  .U64(2)
-                                 .U32(7)
-                                 .U32(56)
-                                 .U32(188)
+                                 .U32(7, 56, 188)
                                  .Bytes();
     const Sample dump("minidump_header", file);
     EXPECT_EQ(dump.Size(), 44U);
@@ -296,8 +259,8 @@ TEST(SamplePatterns, Minidump) {
 
 TEST(SamplePatterns, RegistryHive) {
     Assembly file;
-    file.Text("regf").U32(77).U32(77).U64(0x01D9000000000000).U32(1).U32(5).U32(0).U32(1).U32(32);
-    file.U32(8192).U32(1).U16('S').U16('A').U16('M').Zeros(58).Zeros(396).U32(0xDEADBEEF);
+    file.Text("regf").U32(77, 77).U64(0x01D9000000000000).U32(1, 5, 0, 1, 32);
+    file.U32(8192, 1).U16('S', 'A', 'M').Zeros(58).Zeros(396).U32(0xDEADBEEF);
     const Sample hive("registry_hive", file.Bytes());
     EXPECT_EQ(hive.Size(), 512U);
     EXPECT_EQ(hive["signature"], "\"regf\"");
