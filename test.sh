@@ -136,6 +136,8 @@ esac
 if [ -n "$quick" ]; then need build test; else need build test wine display; fi
 use_utf8
 use_ccache
+# Some tests make file systems, by programs that Debian keeps out of the path of ordinary users.
+export PATH=$PATH:/usr/sbin:/sbin
 rm -rf "$logs"/step*
 
 step 'Format' check_format
