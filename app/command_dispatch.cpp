@@ -1,6 +1,7 @@
 #include "app/command_dispatch.h"
 
 #include "app/commands.h"
+#include "app/encoding_commands.h"
 #include "app/file_commands.h"
 #include "app/view_commands.h"
 
@@ -22,6 +23,16 @@ constexpr CommandRow kCommands[] = {
     {Command::Close, Command::Close, [](Shell& shell, std::uint32_t) { CloseFile(shell); }},
     {Command::ToggleReadOnly, Command::ToggleReadOnly,
      [](Shell& shell, std::uint32_t) { ToggleReadOnly(shell); }},
+    {Command::EncodingFirst, Command::EncodingLast,
+     [](Shell& shell, std::uint32_t index) {
+         SelectEncoding(shell, static_cast<TextEncoding>(index));
+     }},
+    {Command::FavoriteAdd, Command::FavoriteAdd,
+     [](Shell& shell, std::uint32_t) { AddFavoriteEncoding(shell); }},
+    {Command::FavoriteRemove, Command::FavoriteRemove,
+     [](Shell& shell, std::uint32_t) { RemoveFavoriteEncoding(shell); }},
+    {Command::FavoriteClear, Command::FavoriteClear,
+     [](Shell& shell, std::uint32_t) { ClearFavoriteEncodings(shell); }},
     {Command::ThemeLight, Command::ThemeBlack,
      [](Shell& shell, std::uint32_t index) { SelectTheme(shell, static_cast<Theme>(index)); }},
     {Command::ZoomOut, Command::ZoomOut, [](Shell& shell, std::uint32_t) { ZoomOut(shell); }},
@@ -32,6 +43,7 @@ constexpr CommandRow kCommands[] = {
      [](Shell& shell, std::uint32_t index) {
          SelectLanguage(shell, static_cast<UiLanguage>(index));
      }},
+    {Command::FavoriteFirst, Command::FavoriteLast, SelectFavoriteEncoding},
     {Command::RecentFirst, kLastCommand,
      [](Shell& shell, std::uint32_t index) { OpenRecentFile(shell, index); }},
 };

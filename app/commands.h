@@ -11,16 +11,29 @@ enum class Command : std::uint32_t {
     Save = 1002,
     Close = 1003,
     ToggleReadOnly = 1004,
+    Find = 1005,
+    GoTo = 1006,
+    EncodingFirst = 1007, ///< the encodings follow each other in the order of TextEncoding
+    EncodingLast = 1018,
+    FavoriteAdd = 1019,
+    FavoriteRemove = 1020,
+    FavoriteClear = 1021,
     ThemeLight = 1022, ///< the themes follow each other in the order of Theme
     ThemeDarkBlue = 1023,
     ThemeBlack = 1024,
     ZoomOut = 1025,
     ZoomIn = 1026,
     ZoomReset = 1027,
+    Font = 1028,
+    ToggleDataInspector = 1029,
+    ToggleStructView = 1030,
     Exit = 1031,
     LanguageSystem = 1032, ///< the languages follow each other in the order of UiLanguage
     LanguageEnglish = 1033,
     LanguageJapanese = 1034,
+    About = 1035,
+    FavoriteFirst = 1200, ///< the favourite encodings in the order added
+    FavoriteLast = 1202,
     RecentFirst = 4000, ///< newest recent file; every number above belongs to the recent files too
 };
 

@@ -43,6 +43,36 @@ bool LanguageIs(const MenuState& state) {
     return state.language == language;
 }
 
+template <TextEncoding encoding>
+bool EncodingIs(const MenuState& state) {
+    return state.encoding == encoding;
+}
+
+bool IsFavorite(const MenuState& state) {
+    return std::ranges::count(state.favoriteEncodings, state.encoding) != 0;
+}
+
+bool CannotAddFavorite(const MenuState& state) {
+    return state.busy || IsFavorite(state) ||
+           state.favoriteEncodings.size() >= kMaxFavoriteEncodings;
+}
+
+bool CannotRemoveFavorite(const MenuState& state) {
+    return state.busy || !IsFavorite(state);
+}
+
+bool CannotClearFavorites(const MenuState& state) {
+    return state.busy || state.favoriteEncodings.empty();
+}
+
+bool DataInspectorVisible(const MenuState& state) {
+    return state.dataInspectorVisible;
+}
+
+bool StructViewVisible(const MenuState& state) {
+    return state.structViewVisible;
+}
+
 constexpr std::size_t kRecentFilesPerLevel = 8;
 
 // A path is shown as it is: its ampersands are no mnemonics.
@@ -84,7 +114,28 @@ void AppendRecentFiles(const MenuState& state, const TextLookup& text,
         menu.push_back(std::move(item));
 }
 
+void AppendFavorites(const MenuState& state, const TextLookup&, std::vector<MenuItem>& menu) {
+    const std::size_t count = std::min(state.favoriteEncodings.size(), kMaxFavoriteEncodings);
+    for (std::size_t index = 0; index < count; ++index) {
+        const TextEncoding encoding = state.favoriteEncodings[index];
+        menu.push_back({MenuItemKind::Command,
+                        Command::FavoriteFirst + static_cast<std::uint32_t>(index),
+                        u"\u2605 " + std::u16string(EncodingDisplayName(encoding)),
+                        state.busy,
+                        encoding == state.encoding,
+                        {}});
+    }
+}
+
 constexpr MenuRow kSeparator{};
+
+template <TextEncoding encoding>
+constexpr MenuRow EncodingRow(const char* key) {
+    return {.command = Command::EncodingFirst + static_cast<std::uint32_t>(encoding),
+            .key = key,
+            .greyed = WhenBusy,
+            .checked = EncodingIs<encoding>};
+}
 
 constexpr MenuRow kFileMenu[] = {
     {.command = Command::Open, .key = "menu.file.open", .greyed = WhenBusy},
@@ -110,7 +161,62 @@ constexpr MenuRow kZoomMenu[] = {
 };
 
 constexpr MenuRow kViewMenu[] = {
+    {.command = Command::Find, .key = "menu.view.find", .greyed = WhenBusy},
+    {.command = Command::GoTo, .key = "menu.view.goto", .greyed = WhenBusy},
+    kSeparator,
     {.key = "menu.view.zoom", .children = kZoomMenu},
+};
+
+constexpr MenuRow kFavoriteMenu[] = {
+    {.command = Command::FavoriteAdd,
+     .key = "menu.view.encoding.favorite.add_current",
+     .greyed = CannotAddFavorite},
+    {.command = Command::FavoriteRemove,
+     .key = "menu.view.encoding.favorite.remove_current",
+     .greyed = CannotRemoveFavorite},
+    {.command = Command::FavoriteClear,
+     .key = "menu.view.encoding.favorite.clear",
+     .greyed = CannotClearFavorites},
+};
+
+constexpr MenuRow kJapaneseMenu[] = {
+    EncodingRow<TextEncoding::ShiftJis>("menu.view.encoding.shiftjis"),
+};
+constexpr MenuRow kKoreanMenu[] = {
+    EncodingRow<TextEncoding::Windows949>("menu.view.encoding.windows949"),
+    EncodingRow<TextEncoding::EucKr>("menu.view.encoding.euckr"),
+};
+constexpr MenuRow kChineseMenu[] = {
+    EncodingRow<TextEncoding::Big5>("menu.view.encoding.big5"),
+    EncodingRow<TextEncoding::Gbk>("menu.view.encoding.gbk"),
+};
+constexpr MenuRow kThaiMenu[] = {
+    EncodingRow<TextEncoding::Tis620>("menu.view.encoding.tis620"),
+};
+constexpr MenuRow kVietnameseMenu[] = {
+    EncodingRow<TextEncoding::Windows1258>("menu.view.encoding.windows1258"),
+};
+constexpr MenuRow kIndicMenu[] = {
+    EncodingRow<TextEncoding::IsciiDevanagari>("menu.view.encoding.iscii_devanagari"),
+};
+
+// Without favourites the menu begins with a separator, so that its first item never moves.
+constexpr MenuRow kEncodingMenu[] = {
+    {.generator = AppendFavorites},
+    kSeparator,
+    {.key = "menu.view.encoding.favorite", .children = kFavoriteMenu},
+    kSeparator,
+    EncodingRow<TextEncoding::Ascii>("menu.view.encoding.ascii"),
+    EncodingRow<TextEncoding::Utf8>("menu.view.encoding.utf8"),
+    EncodingRow<TextEncoding::Utf16Le>("menu.view.encoding.utf16le"),
+    EncodingRow<TextEncoding::Utf16Be>("menu.view.encoding.utf16be"),
+    kSeparator,
+    {.key = "menu.view.encoding.japanese", .children = kJapaneseMenu},
+    {.key = "menu.view.encoding.korean", .children = kKoreanMenu},
+    {.key = "menu.view.encoding.chinese", .children = kChineseMenu},
+    {.key = "menu.view.encoding.thai", .children = kThaiMenu},
+    {.key = "menu.view.encoding.vietnamese", .children = kVietnameseMenu},
+    {.key = "menu.view.encoding.indic", .children = kIndicMenu},
 };
 
 constexpr MenuRow kThemeMenu[] = {
@@ -143,10 +249,29 @@ constexpr MenuRow kLanguageMenu[] = {
      .checked = LanguageIs<UiLanguage::Japanese>},
 };
 
-// The keys of themes and languages say "view" from the days when they stood there.
+constexpr MenuRow kAnalysisMenu[] = {
+    {.command = Command::ToggleDataInspector,
+     .key = "menu.settings.analysis.data_inspector",
+     .greyed = WhenBusy,
+     .checked = DataInspectorVisible},
+    {.command = Command::ToggleStructView,
+     .key = "menu.settings.analysis.struct_view",
+     .greyed = WhenBusy,
+     .checked = StructViewVisible},
+};
+
+// The keys of encodings, themes and languages say "view" from the days when they stood there.
 constexpr MenuRow kSettingsMenu[] = {
+    {.key = "menu.view.encoding", .children = kEncodingMenu},
     {.key = "menu.view.theme", .children = kThemeMenu},
     {.key = "menu.view.language", .children = kLanguageMenu},
+    {.key = "menu.settings.analysis", .children = kAnalysisMenu},
+    kSeparator,
+    {.command = Command::Font, .key = "menu.settings.font", .greyed = WhenBusy},
+};
+
+constexpr MenuRow kHelpMenu[] = {
+    {.command = Command::About, .key = "menu.help.about", .greyed = WhenBusy},
 };
 
 constexpr MenuRow kMenuBar[] = {
@@ -154,6 +279,7 @@ constexpr MenuRow kMenuBar[] = {
     {.key = "menu.edit", .children = kEditMenu},
     {.key = "menu.view", .children = kViewMenu},
     {.key = "menu.settings", .children = kSettingsMenu},
+    {.key = "menu.help", .children = kHelpMenu},
 };
 
 bool Holds(Predicate predicate, const MenuState& state) {

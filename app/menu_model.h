@@ -17,9 +17,13 @@ struct MenuState {
     bool busy = false; ///< a save runs: everything is grey
     bool fileOpen = false;
     bool editable = false;
+    TextEncoding encoding = TextEncoding::Ascii;
+    std::vector<TextEncoding> favoriteEncodings{}; ///< at most kMaxFavoriteEncodings, as added
     Theme theme = Theme::DarkBlue;
     UiLanguage language = UiLanguage::System;
-    std::vector<std::u16string> recentFiles; ///< paths, newest first
+    bool dataInspectorVisible = false;
+    bool structViewVisible = false;
+    std::vector<std::u16string> recentFiles{}; ///< paths, newest first
 };
 
 enum class MenuItemKind : std::uint8_t { Command, Separator, Submenu };

@@ -148,8 +148,16 @@ void Shell::OnFlashTimer() {
 
 MenuState Shell::CurrentMenuState() const {
     const HexViewState& view = view_.State();
-    return {Busy(),     document_.IsOpen(),  view.editable,
-            view.theme, strings_.Language(), settings_.recentFiles};
+    return {.busy = Busy(),
+            .fileOpen = document_.IsOpen(),
+            .editable = view.editable,
+            .encoding = view.encoding,
+            .favoriteEncodings = settings_.favoriteEncodings,
+            .theme = view.theme,
+            .language = strings_.Language(),
+            .dataInspectorVisible = settings_.dataInspectorVisible,
+            .structViewVisible = settings_.structViewVisible,
+            .recentFiles = settings_.recentFiles};
 }
 
 StatusState Shell::CurrentStatusState() const {

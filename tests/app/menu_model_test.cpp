@@ -20,7 +20,8 @@ void Draw(const std::vector<MenuItem>& items, const std::string& indent, std::st
             if (item.command != Command::None) {
                 drawing += std::to_string(CommandId(item.command)) + " ";
             }
-            drawing += std::string(item.text.begin(), item.text.end());
+            for (const char16_t unit : item.text)
+                drawing += unit == u'\u2605' ? '*' : static_cast<char>(unit);
             if (item.greyed) drawing += " (grey)";
         }
         drawing += "\n";
@@ -44,12 +45,41 @@ TEST(MenuModel, ShowsTheWholeTreeWithoutAFile) {
 menu.edit
   [x] 1004 menu.edit.readonly
 menu.view
+  1005 menu.view.find
+  1006 menu.view.goto
+  ----
   menu.view.zoom
     1025 menu.view.zoom.out
     1026 menu.view.zoom.in
     ----
     1027 menu.view.zoom.reset
 menu.settings
+  menu.view.encoding
+    ----
+    menu.view.encoding.favorite
+      1019 menu.view.encoding.favorite.add_current
+      1020 menu.view.encoding.favorite.remove_current (grey)
+      1021 menu.view.encoding.favorite.clear (grey)
+    ----
+    [x] 1007 menu.view.encoding.ascii
+    1008 menu.view.encoding.utf8
+    1009 menu.view.encoding.utf16le
+    1010 menu.view.encoding.utf16be
+    ----
+    menu.view.encoding.japanese
+      1011 menu.view.encoding.shiftjis
+    menu.view.encoding.korean
+      1012 menu.view.encoding.windows949
+      1013 menu.view.encoding.euckr
+    menu.view.encoding.chinese
+      1014 menu.view.encoding.big5
+      1015 menu.view.encoding.gbk
+    menu.view.encoding.thai
+      1016 menu.view.encoding.tis620
+    menu.view.encoding.vietnamese
+      1017 menu.view.encoding.windows1258
+    menu.view.encoding.indic
+      1018 menu.view.encoding.iscii_devanagari
   menu.view.theme
     1022 menu.view.theme.light
     [x] 1023 menu.view.theme.darkblue
@@ -58,6 +88,57 @@ menu.settings
     [x] 1032 menu.view.language.system
     1033 menu.view.language.english
     1034 menu.view.language.japanese
+  menu.settings.analysis
+    1029 menu.settings.analysis.data_inspector
+    1030 menu.settings.analysis.struct_view
+  ----
+  1028 menu.settings.font
+menu.help
+  1035 menu.help.about
+)");
+}
+
+// The items of the encoding menu up to its second separator, and the one check mark behind it.
+std::string DrawnFavorites(const MenuState& state) {
+    const MenuItem encodings = BuildMenuBar(state, KeyAsText)[3].children[0];
+    const std::size_t count = state.favoriteEncodings.size();
+    std::string drawing =
+        Drawn({encodings.children.begin(),
+               encodings.children.begin() + static_cast<std::ptrdiff_t>(count) + 2});
+    std::istringstream rest(
+        Drawn({encodings.children.begin() + static_cast<std::ptrdiff_t>(count) + 2,
+               encodings.children.end()}));
+    for (std::string line; std::getline(rest, line);) {
+        if (line.find("[x]") != std::string::npos) drawing += line + "\n";
+    }
+    return drawing;
+}
+
+TEST(MenuModel, FavouriteEncodingsStandFirstAndGreyTheirCommands) {
+    EXPECT_EQ(
+        DrawnFavorites({.encoding = TextEncoding::Gbk,
+                        .favoriteEncodings = {TextEncoding::IsciiDevanagari, TextEncoding::Gbk}}),
+        R"(1200 * ISCII (Devanagari)
+[x] 1201 * GBK
+----
+menu.view.encoding.favorite
+  1019 menu.view.encoding.favorite.add_current (grey)
+  1020 menu.view.encoding.favorite.remove_current
+  1021 menu.view.encoding.favorite.clear
+  [x] 1015 menu.view.encoding.gbk
+)");
+    EXPECT_EQ(DrawnFavorites({.encoding = TextEncoding::Utf8,
+                              .favoriteEncodings = {TextEncoding::ShiftJis, TextEncoding::Ascii,
+                                                    TextEncoding::Gbk}}),
+              R"(1200 * Shift_JIS
+1201 * ASCII
+1202 * GBK
+----
+menu.view.encoding.favorite
+  1019 menu.view.encoding.favorite.add_current (grey)
+  1020 menu.view.encoding.favorite.remove_current (grey)
+  1021 menu.view.encoding.favorite.clear
+[x] 1008 menu.view.encoding.utf8
 )");
 }
 
@@ -68,10 +149,13 @@ TEST(MenuModel, FollowsTheFileTheChoicesAndTheRecentFiles) {
                           .editable = true,
                           .theme = Theme::Black,
                           .language = UiLanguage::Japanese,
+                          .dataInspectorVisible = true,
+                          .structViewVisible = true,
                           .recentFiles = paths};
     const std::vector<MenuItem> bar = BuildMenuBar(state, KeyAsText);
     EXPECT_FALSE(bar[1].children[0].checked);
-    EXPECT_EQ(Drawn({bar[0], bar[3]}), R"(menu.file
+    const std::vector<MenuItem>& settings = bar[3].children;
+    EXPECT_EQ(Drawn({bar[0], settings[1], settings[2], settings[3]}), R"(menu.file
   1001 menu.file.open
   1002 menu.file.save
   1003 menu.file.close
@@ -88,15 +172,17 @@ TEST(MenuModel, FollowsTheFileTheChoicesAndTheRecentFiles) {
     4008 9 C:\R&&D\a&&&&b.bin
   ----
   1031 menu.file.exit
-menu.settings
-  menu.view.theme
-    1022 menu.view.theme.light
-    1023 menu.view.theme.darkblue
-    [x] 1024 menu.view.theme.black
-  menu.view.language
-    1032 menu.view.language.system
-    1033 menu.view.language.english
-    [x] 1034 menu.view.language.japanese
+menu.view.theme
+  1022 menu.view.theme.light
+  1023 menu.view.theme.darkblue
+  [x] 1024 menu.view.theme.black
+menu.view.language
+  1032 menu.view.language.system
+  1033 menu.view.language.english
+  [x] 1034 menu.view.language.japanese
+menu.settings.analysis
+  [x] 1029 menu.settings.analysis.data_inspector
+  [x] 1030 menu.settings.analysis.struct_view
 )");
 }
 
