@@ -3,8 +3,8 @@
 #pragma once
 
 #include "app/commands.h"
-#include "app/text_lookup.h"
 #include "settings/app_settings.h"
+#include "settings/text_lookup.h"
 
 #include <cstdint>
 #include <string>

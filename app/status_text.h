@@ -1,9 +1,9 @@
 // What the status bar says and in which colours.
 #pragma once
 
-#include "app/text_lookup.h"
 #include "encoding/text_encoding.h"
 #include "settings/app_settings.h"
+#include "settings/text_lookup.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,4 +1,4 @@
-// How the shell's portable functions ask for a localised text.
+// How portable functions ask for a localised text.
 #pragma once
 
 #include <functional>
