@@ -3,7 +3,9 @@
 #include "waiting.h"
 
 #include <cstdlib>
+#include <iostream>
 #include <stdexcept>
+#include <system_error>
 
 namespace kvx::test {
 namespace {
@@ -18,6 +20,28 @@ std::filesystem::path OriginalFolder() {
     return folder;
 }
 
+// A program file written a moment ago may still be held by a virus scanner, and on a loaded machine
+// Wine now and then fails to set up a process: neither says anything about the program. Each
+// failure is told, and the last one is thrown.
+PROCESS_INFORMATION StartedProcess(const std::filesystem::path& program, std::wstring line,
+                                   const std::filesystem::path& folder) {
+    constexpr int kAttempts = 5;
+    constexpr DWORD kPauseMs = 300;
+    for (int attempt = 1;; ++attempt) {
+        STARTUPINFOW startup{};
+        startup.cb = sizeof startup;
+        PROCESS_INFORMATION info{};
+        if (::CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                             folder.empty() ? nullptr : folder.c_str(), &startup, &info) != FALSE)
+            return info;
+        const std::system_error error(static_cast<int>(::GetLastError()), std::system_category(),
+                                      "kivra.exe does not start");
+        if (attempt == kAttempts) throw error;
+        std::cerr << "Attempt " << attempt << ": " << error.what() << "\n";
+        ::Sleep(kPauseMs);
+    }
+}
+
 } // namespace
 
 ProgramCopy::ProgramCopy() {
@@ -29,14 +53,8 @@ ProgramCopy::ProgramCopy() {
 
 KivraProcess::KivraProcess(const ProgramCopy& program, const std::wstring& arguments,
                            const std::filesystem::path& folder) {
-    std::wstring line = Quoted(program.Program()) + L" " + arguments;
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION info{};
-    if (::CreateProcessW(program.Program().c_str(), line.data(), nullptr, nullptr, FALSE, 0,
-                         nullptr, folder.empty() ? nullptr : folder.c_str(), &startup,
-                         &info) == FALSE)
-        throw std::runtime_error("kivra.exe does not start");
+    const PROCESS_INFORMATION info =
+        StartedProcess(program.Program(), Quoted(program.Program()) + L" " + arguments, folder);
     process_ = UniqueKernelHandle(info.hProcess);
     const UniqueKernelHandle thread(info.hThread);
     id_ = info.dwProcessId;
