@@ -29,7 +29,7 @@ private:
 
 } // namespace
 
-std::optional<std::u16string> ChooseExistingFile(HWND owner, const std::u16string& title) {
+std::optional<std::u16string> ChooseExistingFile(HWND owner, const FileChoice& choice) {
     const CurrentFolderScope keepFolder;
     wchar_t path[MAX_PATH] = {};
     OPENFILENAMEW dialog{};
@@ -37,7 +37,9 @@ std::optional<std::u16string> ChooseExistingFile(HWND owner, const std::u16strin
     dialog.hwndOwner = owner;
     dialog.lpstrFile = path;
     dialog.nMaxFile = MAX_PATH;
-    dialog.lpstrTitle = AsWide(title);
+    dialog.lpstrTitle = AsWide(choice.title);
+    dialog.lpstrFilter = choice.filters.empty() ? nullptr : AsWide(choice.filters);
+    dialog.lpstrInitialDir = choice.folder.empty() ? nullptr : AsWide(choice.folder);
     dialog.Flags = OFN_EXPLORER | OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST;
     if (!::GetOpenFileNameW(&dialog)) return std::nullopt;
     return FromWide(path);

@@ -27,7 +27,7 @@ void ShellHostWindow::ShowError(const std::u16string& text, const std::u16string
 }
 
 std::optional<std::u16string> ShellHostWindow::ChooseFile(const std::u16string& title) {
-    return ChooseExistingFile(window_, title);
+    return ChooseExistingFile(window_, {.title = title});
 }
 
 bool ShellHostWindow::StartProcess(const std::u16string& file) {

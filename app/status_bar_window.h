@@ -2,20 +2,13 @@
 #pragma once
 
 #include "app/status_text.h"
-#include "platform/win32/handle.h"
+#include "platform/win32/gdi.h"
 
 #include <string>
 
 #include <windows.h>
 
 namespace kvx {
-
-struct FontTraits {
-    using Value = HFONT;
-    static Value Invalid() { return nullptr; }
-    static void Close(Value value) { ::DeleteObject(value); }
-};
-using UniqueFont = UniqueHandle<FontTraits>;
 
 /// The window itself belongs to its parent, which hands its WM_DRAWITEM to Draw. Main thread only.
 class StatusBarWindow {
