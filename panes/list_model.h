@@ -91,7 +91,7 @@ public:
     bool IsDragging() const { return drag_.has_value(); }
     /// True where the pointer is to show that a column can be resized.
     bool IsOverDivider(PanePoint point) const { return DividerAt(point).has_value(); }
-    std::optional<std::size_t> SelectedRow() const { return selectedRow_; }
+    std::optional<std::size_t> SelectedRow() const { return view_.selectedRow; }
     ListScrollRange ScrollRange(ListAxis axis) const;
 
     PaneRect CaptionBand() const; ///< the whole width
@@ -104,26 +104,41 @@ public:
 
 private:
     struct Column {
-        ListColumn widths;
+        ListColumn limits;
         int width = 0; ///< pixels at 96 DPI
+    };
+    /// What moves without the layout changing.
+    struct View {
+        int scrollXPx = 0;
+        int scrollYPx = 0;
+        std::optional<std::size_t> selectedRow;
+        friend bool operator==(const View&, const View&) = default;
     };
     /// A divider that is being dragged.
     struct Drag {
         std::size_t column = 0;
-        int grabPx = 0; ///< from the column's right end to where it was taken
+        int grabPx = 0; ///< from the separator to where it was taken
     };
 
     int Scaled(int length) const { return ScaledToDpi(length, dpi_); }
-    int ColumnLeft(std::size_t column) const;
+    int ColumnLeft(std::size_t column) const; ///< not scrolled
+    int ContentWidth() const;
+    int ContentHeight() const;
+    int PageStep(ListAxis axis) const;
     std::optional<std::size_t> DividerAt(PanePoint point) const;
+
+    void ScrollTo(int xPx, int yPx); ///< as far as there is content
+    void MoveSelection(int rows);    ///< and into sight
+    ListEffect SetWidth(std::size_t column, int width);
+    ListEffect EffectSince(const View& before) const {
+        return before == view_ ? ListEffect::None : ListEffect::Repaint;
+    }
 
     std::vector<Column> columns_;
     int dpi_ = 96;
     ListArea area_;
     std::size_t rowCount_ = 0;
-    int scrollXPx_ = 0;
-    int scrollYPx_ = 0;
-    std::optional<std::size_t> selectedRow_;
+    View view_;
     std::optional<Drag> drag_;
 };
 
