@@ -100,8 +100,7 @@ void Shell::SaveSettings() {
 }
 
 void Shell::BeginSave() {
-    saveProgress_ = Text("status.saving");
-    throttle_ = {};
+    BeginProgress("status.saving");
     RebuildMenu();
     host_.EnableHexView(false);
     RefreshStatus();
@@ -112,20 +111,37 @@ void Shell::BeginSave() {
 // Showing progress must never break the save that it tells of.
 void Shell::ReportSaveProgress(std::uint64_t done, std::uint64_t total) noexcept {
     try {
-        const auto percent = throttle_.Report(done, total, host_.Tick());
-        if (!percent) return;
-        const std::string number = std::to_string(*percent);
-        saveProgress_ =
-            Text("status.saving") + u" " + std::u16string(number.begin(), number.end()) + u"%";
-        RefreshStatus();
-        host_.PaintStatusNow();
-        host_.PumpMessages();
+        ShowProgress("status.saving", done, total);
     } catch (...) {}
 }
 
 void Shell::EndSave() noexcept {
     host_.EnableHexView(true);
-    saveProgress_.reset();
+    progress_.reset();
+}
+
+void Shell::BeginSearch() {
+    BeginProgress("status.searching");
+    RefreshStatus();
+}
+
+void Shell::ReportSearchProgress(std::uint64_t done, std::uint64_t total) {
+    ShowProgress("status.searching", done, total);
+}
+
+void Shell::BeginProgress(std::string_view textKey) {
+    progress_ = Text(textKey);
+    throttle_ = {};
+}
+
+void Shell::ShowProgress(std::string_view textKey, std::uint64_t done, std::uint64_t total) {
+    const auto percent = throttle_.Report(done, total, host_.Tick());
+    if (!percent) return;
+    const std::string number = std::to_string(*percent);
+    progress_ = Text(textKey) + u" " + std::u16string(number.begin(), number.end()) + u"%";
+    RefreshStatus();
+    host_.PaintStatusNow();
+    host_.PumpMessages();
 }
 
 void Shell::OnViewChanged() {
@@ -161,7 +177,7 @@ MenuState Shell::CurrentMenuState() const {
 }
 
 StatusState Shell::CurrentStatusState() const {
-    StatusState state{flash_, saveProgress_, std::nullopt};
+    StatusState state{flash_, progress_, std::nullopt};
     if (!document_.IsOpen()) return state;
     const HexViewState& view = view_.State();
     state.file = StatusFields{view.caret,

@@ -37,12 +37,12 @@ public:
     StringTable& Strings() { return strings_; }
     std::u16string Text(std::string_view key) const { return strings_.Get(key); }
 
-    /// False while a save runs or a question waits for its answer: commands that arrive meanwhile
-    /// (by whatever way) are dropped, so that none runs inside another.
+    /// False while a save or a search runs or a question waits for its answer: commands that arrive
+    /// meanwhile (by whatever way) are dropped, so that none runs inside another.
     bool AcceptsCommands() const { return !Busy() && modalDepth_ == 0; }
 
-    /// True while a save runs.
-    bool Busy() const { return saveProgress_.has_value(); }
+    /// True while a save or a search runs.
+    bool Busy() const { return progress_.has_value(); }
 
     // Modal boxes; the caption is the program's title.
     SaveChangesAnswer AskSaveChanges();
@@ -67,6 +67,11 @@ public:
     void ReportSaveProgress(std::uint64_t done, std::uint64_t total) noexcept;
     void EndSave() noexcept;
 
+    // The same of a running search.
+    void BeginSearch();
+    void ReportSearchProgress(std::uint64_t done, std::uint64_t total);
+    void EndSearch() noexcept { progress_.reset(); }
+
     // Notifications.
     void OnViewChanged();
     void OnEditRefused();
@@ -74,6 +79,8 @@ public:
     void OnFlashTimer();
 
 private:
+    void BeginProgress(std::string_view textKey);
+    void ShowProgress(std::string_view textKey, std::uint64_t done, std::uint64_t total);
     MenuState CurrentMenuState() const;
     StatusState CurrentStatusState() const;
 
@@ -83,8 +90,8 @@ private:
     AppSettings settings_;
     StringTable strings_;
     std::u16string settingsPath_;
-    std::optional<std::u16string> flash_;        ///< the read-only warning while it is shown
-    std::optional<std::u16string> saveProgress_; ///< the progress text while a save runs
+    std::optional<std::u16string> flash_;    ///< the read-only warning while it is shown
+    std::optional<std::u16string> progress_; ///< the progress text while a save or a search runs
     ProgressThrottle throttle_;
     int modalDepth_ = 0; ///< questions that wait for their answer
 };

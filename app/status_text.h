@@ -27,7 +27,7 @@ struct StatusFields {
 /// All that the status bar can show; the first that is set wins.
 struct StatusState {
     std::optional<std::u16string> flash;    ///< the read-only warning
-    std::optional<std::u16string> progress; ///< of a running save
+    std::optional<std::u16string> progress; ///< of a running save or search
     std::optional<StatusFields> file;       ///< empty: no file is open
 };
 

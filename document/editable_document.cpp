@@ -63,6 +63,14 @@ Bytes EditableDocument::ReadBytes(std::uint64_t offset, std::uint64_t count) con
     return ReadEdited(file_, edits_, offset, std::min(count, size - offset));
 }
 
+std::size_t EditableDocument::ReadInto(std::uint64_t offset, std::span<std::uint8_t> target) const {
+    fileAhead_.Drop();
+    const std::uint64_t size = GetEditedSize();
+    if (!IsOpen() || offset >= size || target.empty()) return 0;
+    const std::uint64_t count = std::min<std::uint64_t>(target.size(), size - offset);
+    return ReadEditedInto(file_, edits_, offset, target.first(static_cast<std::size_t>(count)));
+}
+
 bool EditableDocument::OverwriteByte(std::uint64_t offset, std::uint8_t value) {
     if (!IsOpen() || offset >= GetEditedSize()) return false;
     const std::optional<std::uint64_t> onDisk = edits_.OnDiskPosition(offset);

@@ -36,6 +36,7 @@ public:
     std::uint64_t GetSize() const override;
     std::u16string GetPath() const override;
     Bytes ReadBytes(std::uint64_t offset, std::uint64_t count) const override;
+    std::size_t ReadInto(std::uint64_t offset, std::span<std::uint8_t> target) const override;
     bool OverwriteByte(std::uint64_t offset, std::uint8_t value) override;
     bool InsertByte(std::uint64_t offset, std::uint8_t value) override;
     bool DeleteByte(std::uint64_t offset) override;

@@ -34,14 +34,27 @@ void Copy(std::uint8_t* to, const std::uint8_t* from, std::size_t count) {
         std::memcpy(to, from, count);
 }
 
-Bytes ReadInBlock(const FileViewModel& file, const EditIndex& edits, std::uint64_t offset,
-                  std::size_t count) {
+std::size_t SlackNeeded(const EditIndex& edits, std::size_t count) {
     const bool moved = edits.InsertedCount() > 0 || edits.DeletedCount() > 0;
-    Bytes block(count + (moved ? EditedRead::SlackFor(count) : 0));
+    return moved ? EditedRead::SlackFor(count) : 0;
+}
+
+// The block is longer than the result by the slack.
+std::size_t ReadInBlock(const FileViewModel& file, const EditIndex& edits, std::uint64_t offset,
+                        std::size_t count, std::span<std::uint8_t> block) {
     EditedRead read(file, block, count);
     edits.Describe(offset, count, read);
-    block.resize(read.Finish());
-    return block;
+    return read.Finish();
+}
+
+// Calls `read`, which gives something empty when there is no memory for it.
+template <typename Read>
+auto WithinMemory(Read&& read) {
+    try {
+        return read();
+    } catch (const std::bad_alloc&) {
+    } catch (const std::length_error&) {}
+    return decltype(read()){};
 }
 
 } // namespace
@@ -49,14 +62,29 @@ Bytes ReadInBlock(const FileViewModel& file, const EditIndex& edits, std::uint64
 Bytes ReadEdited(const FileViewModel& file, const EditIndex& edits, std::uint64_t offset,
                  std::uint64_t count) {
     if (count > std::numeric_limits<std::size_t>::max() / 2) return {};
-    try {
-        return ReadInBlock(file, edits, offset, static_cast<std::size_t>(count));
-    } catch (const std::bad_alloc&) {
-    } catch (const std::length_error&) {}
-    return {};
+    return WithinMemory([&] {
+        const auto size = static_cast<std::size_t>(count);
+        Bytes block(size + SlackNeeded(edits, size));
+        block.resize(ReadInBlock(file, edits, offset, size, block));
+        return block;
+    });
 }
 
-EditedRead::EditedRead(const FileViewModel& file, Bytes& block, std::size_t count)
+// The end of the target serves as the slack for what comes before it and is read last, in a block
+// of its own.
+std::size_t ReadEditedInto(const FileViewModel& file, const EditIndex& edits, std::uint64_t offset,
+                           std::span<std::uint8_t> target) {
+    const std::size_t slack = SlackNeeded(edits, target.size());
+    const std::size_t count = target.size() - std::min(slack, target.size());
+    const std::size_t got = WithinMemory(
+        [&] { return count > 0 ? ReadInBlock(file, edits, offset, count, target) : 0; });
+    if (slack == 0 || got < count) return got;
+    const Bytes rest = ReadEdited(file, edits, offset + count, target.size() - count);
+    std::copy(rest.begin(), rest.end(), target.begin() + static_cast<std::ptrdiff_t>(count));
+    return count + rest.size();
+}
+
+EditedRead::EditedRead(const FileViewModel& file, std::span<std::uint8_t> block, std::size_t count)
     : file_(file), block_(block.data()), slack_(block.size() - count), available_(count) {}
 
 std::size_t EditedRead::SlackFor(std::size_t count) {

@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 namespace kvx {
@@ -16,6 +17,10 @@ namespace kvx {
 /// byte that the file does not give, empty when there is no memory for so many.
 Bytes ReadEdited(const FileViewModel& file, const EditIndex& edits, std::uint64_t offset,
                  std::uint64_t count);
+
+/// The same into `target`; gives the number of bytes read.
+std::size_t ReadEditedInto(const FileViewModel& file, const EditIndex& edits, std::uint64_t offset,
+                           std::span<std::uint8_t> target);
 
 /// Takes what EditIndex::Describe tells about one read and fills a block with it.
 ///
@@ -26,7 +31,7 @@ class EditedRead {
 public:
     /// `count` is the size of the result, which starts at the front of the block. `file` and
     /// `block` must outlive the read.
-    EditedRead(const FileViewModel& file, Bytes& block, std::size_t count);
+    EditedRead(const FileViewModel& file, std::span<std::uint8_t> block, std::size_t count);
 
     /// How much longer than the result the block has to be.
     static std::size_t SlackFor(std::size_t count);

@@ -29,7 +29,7 @@ public:
 
     /// One positioned read into `target`; gives the bytes read, 0 at the end, when closed, on
     /// failure.
-    std::size_t ReadInto(std::uint64_t offset, std::span<std::uint8_t> target) const;
+    std::size_t ReadInto(std::uint64_t offset, std::span<std::uint8_t> target) const override;
 
     /// The same, with the reason of a failure in `error`; 0 when nothing failed.
     std::size_t ReadInto(std::uint64_t offset, std::span<std::uint8_t> target,

@@ -4,7 +4,10 @@
 
 #include "platform/bytes.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 
 namespace kvx {
@@ -25,6 +28,14 @@ public:
 
     /// At most `count` bytes from `offset` on; shorter or empty at the end or on failure.
     virtual Bytes ReadBytes(std::uint64_t offset, std::uint64_t count) const = 0;
+
+    /// The same into memory of the caller, for those who read block after block. Gives the number
+    /// of bytes read.
+    virtual std::size_t ReadInto(std::uint64_t offset, std::span<std::uint8_t> target) const {
+        const Bytes bytes = ReadBytes(offset, target.size());
+        std::copy(bytes.begin(), bytes.end(), target.begin());
+        return bytes.size();
+    }
 };
 
 /// Abstract document that can be changed byte by byte. Offsets are positions in the edited

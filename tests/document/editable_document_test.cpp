@@ -10,8 +10,12 @@
 namespace kvx {
 namespace {
 
+// By both ways of reading.
 std::string Read(const EditedFile& file, std::uint64_t offset, std::uint64_t count) {
     const Bytes bytes = file.document.ReadBytes(offset, count);
+    Bytes target(std::min<std::uint64_t>(count, bytes.size() + 100));
+    target.resize(file.document.ReadInto(offset, target));
+    EXPECT_TRUE(target == bytes) << count << " at " << offset;
     return {bytes.begin(), bytes.end()};
 }
 

@@ -1,0 +1,80 @@
+// Finds a pattern of bytes in bytes in memory, the first or the last of its occurrences.
+#pragma once
+
+#include "platform/bytes.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace kvx {
+
+/// A Boyer-Moore-Horspool matcher that looks at many starts at once: only where the rarest bytes of
+/// the pattern fit is the pattern compared. Repetitive data cannot make it slow: bytes at which
+/// comparisons fail join the rare ones, and where comparisons cost more than they gain
+/// nevertheless, an automaton that looks at each byte once takes over for a while. A search uses
+/// one matcher, which learns as it goes.
+class ByteMatcher {
+public:
+    /// `pattern`, at least one byte, must outlive the matcher.
+    explicit ByteMatcher(ByteView pattern);
+
+    /// Where in `window` the pattern begins for the first or the last time; empty when it does not
+    /// lie in it whole.
+    std::optional<std::size_t> FindFirst(ByteView window);
+    std::optional<std::size_t> FindLast(ByteView window);
+
+private:
+    /// A byte of the pattern that is looked for before the pattern is compared.
+    struct Probe {
+        std::size_t at = 0; ///< index in the pattern
+        std::uint8_t value = 0;
+    };
+
+    /// Places in the window where the pattern may still begin, half open.
+    struct Starts {
+        std::size_t begin = 0;
+        std::size_t end = 0;
+
+        bool IsEmpty() const { return begin >= end; }
+        std::size_t Count() const { return IsEmpty() ? 0 : end - begin; }
+    };
+
+    using SkipTable = std::array<std::size_t, 256>;
+
+    static constexpr std::size_t kRarest = 2;
+    static constexpr std::size_t kMaxProbes = 8;
+
+    struct Forwards;
+    struct Backwards;
+    template <typename Way>
+    std::optional<std::size_t> Find(ByteView window);
+    template <typename Way>
+    std::optional<std::size_t> NextCandidate(const std::uint8_t* data, Starts starts,
+                                             std::size_t allStarts) const;
+    template <typename Way, std::size_t kCount>
+    std::optional<std::size_t> Filter(const std::uint8_t* data, Starts starts,
+                                      std::size_t allStarts) const;
+    template <typename Way>
+    std::optional<std::size_t> ScanStretch(const std::uint8_t* data, Starts& starts);
+
+    void ChooseRarest(ByteView window);
+    void Learn(std::size_t at);
+    void NoteFailure(std::size_t passed, std::size_t equal, std::size_t failedAt);
+    void FindBorders();
+
+    ByteView pattern_;
+    SkipTable skipForwards_;  ///< steps from the last but one place of a byte to the pattern's end
+    SkipTable skipBackwards_; ///< steps from the pattern's begin to the next place of a byte
+    std::vector<Probe> different_;              ///< each byte that occurs in the pattern, once
+    std::array<Probe, kMaxProbes> probes_ = {}; ///< kRarest, then learned; all valid
+    std::size_t learned_ = 0;                   ///< since the rarest were chosen
+    bool chosen_ = false;                       ///< the rarest are
+    std::size_t unease_ = 0; ///< grows with failed comparisons, falls with the bytes passed
+    std::size_t debt_ = 0;   ///< the same, at the automaton's prices
+    std::vector<std::size_t> borders_; ///< longest border of each prefix; empty until needed
+};
+
+} // namespace kvx
