@@ -34,22 +34,20 @@ inline std::string ErrorOf(std::string_view text) {
     return load ? "(loaded)" : Utf16ToUtf8(load.error);
 }
 
-/// The layout of one struct: its size and alignment, then "offset name type size" a row. The row
-/// tells the element size where it is not the total, and what kind of thing the member is.
+/// The layout of one struct: "name size/alignment:", then "offset name type=size" a row. Behind the
+/// type of a declared member stands a `*` for a pointer, `[count]` for an array, `#n` for struct n.
 inline std::string Describe(const ResolvedStructInfo& layout) {
-    static constexpr std::string_view kKinds[] = {"integer", "float", "double", "struct"};
     std::ostringstream text;
-    text << Utf16ToUtf8(layout.name) << " size " << layout.size << " align " << layout.alignment;
+    text << Utf16ToUtf8(layout.name) << ' ' << layout.size << '/' << layout.alignment << ':';
+    const char* separator = " ";
     for (const StructMemberLayout& row : layout.members) {
-        text << '\n' << row.offset << ' ' << Utf16ToUtf8(row.name) << " : ";
-        text << Utf16ToUtf8(row.typeName) << ' ' << row.elementSize << '*' << row.count << '=';
-        text << row.TotalSize();
-        if (row.isPadding) continue;
-        text << ' ' << kKinds[static_cast<std::size_t>(row.kind)];
-        if (row.isSigned) text << " signed";
-        if (row.isPointer) text << " pointer";
-        if (row.isFlexibleArray) text << " flexible";
-        if (row.structIndex != kNoStruct) text << " -> #" << row.structIndex;
+        text << separator << row.offset << ' ' << Utf16ToUtf8(row.name) << ' '
+             << Utf16ToUtf8(row.typeName) << (row.isPointer ? "*" : "");
+        if (row.isFlexibleArray) text << "[]";
+        if (row.count != 1 && !row.isFlexibleArray) text << '[' << row.count << ']';
+        if (row.structIndex != kNoStruct) text << '#' << row.structIndex;
+        text << '=' << row.TotalSize();
+        separator = ", ";
     }
     return text.str();
 }
