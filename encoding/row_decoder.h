@@ -1,21 +1,41 @@
-// One row of bytes to one display string per byte.
+// Rows of bytes to one display string per byte.
 #pragma once
 
 #include "document/read_only_document.h"
+#include "encoding/character_boundary.h"
+#include "encoding/document_window.h"
+#include "encoding/row_cells.h"
 #include "encoding/text_encoding.h"
 
 #include <cstdint>
-#include <string>
-#include <vector>
+#include <optional>
 
 namespace kvx {
 
-/// Display strings of one row, one per byte: the text of the character that starts at the byte, "."
-/// for a byte that starts none, empty for a byte that continues one.
-using RowCells = std::vector<std::u16string>;
+struct RowRules;
 
-/// Decodes the row at `rowStart`. With a document the decoder may look at bytes around the row;
-/// `document` may be null.
+/// Decodes the rows of one page with a single look at the bytes around the page. The document must
+/// outlive the decoder and stay as it is meanwhile. For one thread.
+class RowDecoder {
+public:
+    /// The page is the `count` bytes from `start` on; rows outside of it decode as well, but
+    /// slower. `document` may be null: then no row knows the bytes around it.
+    RowDecoder(const IReadOnlyDocument* document, TextEncoding encoding, std::uint64_t start,
+               std::uint64_t count);
+
+    /// The cells of the row at `rowStart`, whatever was decoded before; fastest when rows come in
+    /// order. `rowBytes` are the row's bytes as the document holds them.
+    RowCells Decode(std::uint64_t rowStart, ByteView rowBytes);
+
+private:
+    std::uint64_t ContextStart(std::uint64_t rowStart);
+
+    const RowRules& rules_;
+    std::optional<DocumentWindow> window_; ///< unset: rows are decoded alone
+    CharacterBoundary boundary_;
+};
+
+/// Decodes the one row at `rowStart`; `document` may be null.
 RowCells DecodeRow(const IReadOnlyDocument* document, std::uint64_t rowStart, ByteView rowBytes,
                    TextEncoding encoding);
 

@@ -1,36 +1,269 @@
 #include "encoding/row_decoder.h"
 
+#include "encoding/text_encoder.h"
+#include "platform/text.h"
+#include "tests/encoding/row_model.h"
+#include "tests/hexview/memory_document.h"
+
 #include <gtest/gtest.h>
+
+#include <random>
+#include <vector>
 
 namespace kvx {
 namespace {
 
-Bytes AllBytes() {
-    Bytes bytes(256, 0);
-    for (std::size_t i = 0; i < bytes.size(); ++i)
-        bytes[i] = static_cast<std::uint8_t>(i);
+using enum TextEncoding;
+
+constexpr auto kUnknown = static_cast<TextEncoding>(kTextEncodingCount);
+constexpr TextEncoding kAll[] = {Ascii,   Utf8, Utf16Le, Utf16Be, ShiftJis,    Windows949,
+                                 EucKr,   Big5, Gbk,     Tis620,  Windows1258, IsciiDevanagari,
+                                 kUnknown};
+
+std::string NameOf(TextEncoding encoding) {
+    return Utf16ToUtf8(EncodingDisplayName(encoding));
+}
+
+/// The cells with a bar between any two.
+std::string Shown(const RowCells& cells) {
+    std::string shown;
+    for (const std::u16string& cell : cells)
+        shown += (&cell == cells.data() ? "" : "|") + Utf16ToUtf8(cell);
+    return shown;
+}
+
+Bytes BytesOf(std::string_view text) {
+    const auto* const bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+    return {bytes, bytes + text.size()};
+}
+
+RowCells DecodeFrom(const MemoryDocument& document, std::size_t start, std::size_t length,
+                    TextEncoding encoding) {
+    return DecodeRow(&document, start, ByteView(document.bytes).subspan(start, length), encoding);
+}
+
+TEST(RowDecoder, ShowsCharactersAtTheirFirstByteAndFullStopsForTheRest) {
+    struct Row {
+        TextEncoding encoding;
+        std::string_view bytes;
+        std::string_view cells;
+    };
+    const Row rows[] = {
+        {Ascii, "a\x1F ~\x7F\x80", "a|.| |~|.|."},
+        {kUnknown, "z\xE3\x81\x82", "z|.|.|."},
+        {Utf8, "\xE3\x81\x82\x41", "\u3042|||A"},
+        {Utf8, "\xF0\x9F\x98\x80", "\U0001F600|||"},
+        {Utf8, "E\xCC\x81", "E\u0301||"},
+        {Utf8, "\xCC\x81x", "\u0301||x"},        // nothing to join
+        {Utf8, "a\xFF\xCC\x81", "a\u0301|.||"},  // joins across a byte that is nothing
+        {Utf8, "a^b", "a^||b"},                  // the system calls it a diacritic
+        {Utf8, "\t\x7F\xC2\x80", ".|.|\u0080|"}, // only the controls of ASCII are hidden
+        {Utf8, "\xC0\xAF\xE3\x81", ".|.|.|."},   // too long a form, cut off
+        {Utf8, "\xED\xA0\x80\xF4\x90\x80\x80", ".|.|.|.|.|.|."},
+        {Utf16Le, "\x42\x30\x41", "\u3042||."},
+        {Utf16Be, {"\x30\x42\0A", 4}, "\u3042||A|"},
+        {Utf16Le, {"\x01\x03\x0D\x20\x7F\0", 6}, ".||.||.|"}, // marks do not join
+        {Utf16Be, {"\xD8\x3D\xDE\0\xFF\xFE\xFF\xFD", 8}, ".||.||.||\uFFFD|"},
+        {ShiftJis, "\x82\xA0\xB1\x5C\x80", "\u3042||\uFF71|\\|."},
+        {ShiftJis, "\xEB\x40\x82 a", ".||.| |a"}, // no such character: both bytes of it are skipped
+        {Gbk, "\x81\x40\x80\xFF", "\u4E02||.|."},
+        {Gbk, "\xA2\x40\xA1\xA1\x81", "\uE526||\u3000||."},
+        {Windows949, "\x81\x41\xB0\xA1\x81\x5B", "\uAC02||\uAC00||.|["},
+        {EucKr, "\x81\x41\xB0\xA1", ".|A|\uAC00|"},
+        {Big5, "\xA4\x40\xA4\x80", "\u4E00||.|."},
+        {Tis620, "\xA1\xE9\xD1\x80\xE9", "\u0E01\u0E49\u0E31|||.|."},
+        {Tis620, "\t\xDF\xFC\xA0", ".|\u0E3F|.|."},
+        {Windows1258, "a\xEC\xCC\x80\xD2", "a\u0301\u0300|||\u20AC\u0309|"},
+        {IsciiDevanagari, "\xB3\xDBz", "\u0915\u093F||z"},
+        {IsciiDevanagari, "\xB3\xE8\xC2\xDA\xEA", "\u0915\u094D\u0924\u093E||||\u0964"},
+        {IsciiDevanagari, "\xB3\xE8\xE8\xC2", "\u0915\u094D\u200C\u0924|||"},
+        {IsciiDevanagari, "\xA1\xE9z\xA1\xE9", "\u0950||z\u0901||."}, // z and the half of om
+        {IsciiDevanagari, "\xE8\xDA\x80\xD9", ".|.|.|."},             // signs without a letter
+    };
+    for (const Row& row : rows) {
+        const MemoryDocument document(BytesOf(row.bytes));
+        EXPECT_EQ(Shown(DecodeFrom(document, 0, row.bytes.size(), row.encoding)), row.cells)
+            << NameOf(row.encoding);
+    }
+}
+
+// Every byte and every pair, each behind a letter that ends what came before.
+TEST(RowDecoder, DecodesEveryByteAndPairByTheRules) {
+    Bytes bytes;
+    for (unsigned pair = 0; pair < 0x10000; ++pair)
+        for (const unsigned byte : {pair >> 8, pair & 0xFFU, 0x7AU, 0x7AU})
+            bytes.push_back(static_cast<std::uint8_t>(byte));
+    const MemoryDocument document(bytes);
+    for (const TextEncoding encoding : kAll) {
+        SCOPED_TRACE(NameOf(encoding));
+        EXPECT_TRUE(DecodeFrom(document, 0, bytes.size(), encoding) ==
+                    model::CellsInDocument(bytes, 0, bytes.size(), encoding));
+        for (std::size_t at = 0; at < bytes.size(); at += 4) {
+            const ByteView pair = ByteView(bytes).subspan(at, 2);
+            ASSERT_TRUE(DecodeCharAt(encoding, pair) == model::CharAt(encoding, pair)) << at / 4;
+        }
+        for (std::size_t at = 0; at < bytes.size(); at += 4 * 0x100) {
+            const ByteView byte = ByteView(bytes).subspan(at, 1);
+            ASSERT_EQ(DecodeCharAt(encoding, byte), model::CharAt(encoding, byte)) << at;
+        }
+        EXPECT_EQ(DecodeCharAt(encoding, {}), std::nullopt);
+    }
+}
+
+/// Bytes of a random kind: any, text mixed with anything, only such as begin and end pairs.
+Bytes RandomBytes(std::mt19937& random, std::size_t count) {
+    const auto kind = random() % 4;
+    Bytes bytes;
+    while (bytes.size() < count) {
+        const auto any = static_cast<std::uint8_t>(random());
+        const auto high = static_cast<std::uint8_t>(0xA1 + any % 0x5A);
+        if (kind == 0) {
+            bytes.push_back(any);
+        } else if (kind == 1) {
+            const auto character = static_cast<char32_t>(random() % 0x1F000);
+            const std::u16string text = character < 0x10000 || random() % 2 == 0
+                                            ? std::u16string(1, static_cast<char16_t>(character))
+                                            : u"\U0001F600";
+            for (const char byte : Utf16ToUtf8(text))
+                bytes.push_back(static_cast<std::uint8_t>(byte));
+            if (any == 0) bytes.push_back(high);
+        } else {
+            bytes.push_back(kind == 2 && any % 8 == 0 ? any : high);
+        }
+    }
+    bytes.resize(count);
     return bytes;
 }
 
-TEST(RowDecoder, ShowsPrintableAsciiAndAFullStopForEveryOtherByte) {
-    const RowCells cells = DecodeRow(nullptr, 0, AllBytes(), TextEncoding::Ascii);
-    std::u16string shown;
-    for (const std::u16string& cell : cells)
-        shown += cell;
-    const std::u16string printable = u" !\"#$%&'()*+,-./0123456789:;<=>?@ABCDEFGHIJKLMNOPQRSTUVWXYZ"
-                                     u"[\\]^_`abcdefghijklmnopqrstuvwxyz{|}~";
-    EXPECT_EQ(shown, std::u16string(32, u'.') + printable + std::u16string(129, u'.'));
-    EXPECT_EQ(cells.size(), 256U);
+TEST(RowDecoder, DecodesRandomRowsByTheRulesOneByOneAndPageByPage) {
+    std::mt19937 random(1);
+    for (unsigned round = 0; round < 60; ++round) {
+        // Some are so long that the walk to a row's first character begins inside of a run.
+        const std::size_t size = round % 4 == 0 ? 4600 + random() % 600 : 1 + random() % 200;
+        const MemoryDocument document(RandomBytes(random, size));
+        const std::size_t rowLength = 1 + random() % 20;
+        const std::size_t first = size - std::min<std::size_t>(size, 1 + random() % 300);
+        for (const TextEncoding encoding : kAll) {
+            RowDecoder page(&document, encoding, first, std::min<std::size_t>(size - first, 120));
+            for (std::size_t start = first; start < size; start += rowLength) {
+                const std::size_t length = std::min(rowLength, size - start);
+                const ByteView row = ByteView(document.bytes).subspan(start, length);
+                const RowCells cells =
+                    model::CellsInDocument(document.bytes, start, length, encoding);
+                ASSERT_EQ(page.Decode(start, row), cells) << NameOf(encoding) << " at " << start;
+                ASSERT_EQ(DecodeRow(&document, start, row, encoding), cells) << NameOf(encoding);
+                ASSERT_EQ(DecodeRow(nullptr, start, row, encoding),
+                          model::CellsAlone(row, encoding));
+                ASSERT_EQ(DecodeCharAt(encoding, row), model::CharAt(encoding, row));
+            }
+            const ByteView again = ByteView(document.bytes).subspan(first, 1);
+            EXPECT_EQ(page.Decode(first, again),
+                      model::CellsInDocument(document.bytes, first, 1, encoding));
+        }
+    }
 }
 
-TEST(RowDecoder, DecodesAnUnknownEncodingAsAscii) {
-    const auto unknown = static_cast<TextEncoding>(kTextEncodingCount);
-    EXPECT_EQ(DecodeRow(nullptr, 32, AllBytes(), unknown),
-              DecodeRow(nullptr, 32, AllBytes(), TextEncoding::Ascii));
+/// The bytes of single characters that are the same in a row alone and in one that begins anywhere
+/// inside of them: for straddling without exceptions.
+std::vector<Bytes> PlainCharacters(TextEncoding encoding) {
+    std::vector<Bytes> characters;
+    const auto addIfWhole = [&](const Bytes& bytes) {
+        const auto character = model::CharAt(encoding, bytes);
+        const bool mistakable = encoding == ShiftJis && IsShiftJisLeadByte(bytes.back());
+        if (character && character->length == bytes.size() && !mistakable)
+            characters.push_back(bytes);
+    };
+    for (unsigned unit = 0x20; unit < 0xFFFE && model::IsUnicode(encoding); ++unit) {
+        const auto character = static_cast<char16_t>(unit);
+        if (model::IsListedMark(unit) || IsCombiningCharacter(character)) continue;
+        if (const auto bytes = EncodeText(encoding, {&character, 1})) characters.push_back(*bytes);
+    }
+    for (unsigned byte = 0; byte < 0x100; ++byte)
+        addIfWhole({static_cast<std::uint8_t>(byte)});
+    for (unsigned pair = 0x8000; pair < 0x10000 && !model::HasMarks(encoding); ++pair)
+        addIfWhole({static_cast<std::uint8_t>(pair >> 8), static_cast<std::uint8_t>(pair)});
+    return characters;
 }
 
-TEST(RowDecoder, GivesNoCellsForAnEmptyRow) {
-    EXPECT_TRUE(DecodeRow(nullptr, 0, ByteView(), TextEncoding::Ascii).empty());
+TEST(RowDecoder, DecodesTextRowByRowAsTheWholeWhereverCharactersCrossRows) {
+    std::mt19937 random(2);
+    for (const TextEncoding encoding : kAll) {
+        const auto characters = PlainCharacters(encoding);
+        MemoryDocument document;
+        while (document.bytes.size() < 20000) {
+            const Bytes& next = characters[random() % characters.size()];
+            document.bytes.insert(document.bytes.end(), next.begin(), next.end());
+        }
+        RowCells rowByRow;
+        for (std::size_t start = 0; start < document.bytes.size(); start += 16) {
+            const std::size_t length = std::min<std::size_t>(16, document.bytes.size() - start);
+            const RowCells row = DecodeFrom(document, start, length, encoding);
+            rowByRow.insert(rowByRow.end(), row.begin(), row.end());
+        }
+        EXPECT_TRUE(rowByRow == DecodeFrom(document, 0, document.bytes.size(), encoding))
+            << NameOf(encoding);
+    }
+}
+
+// Where two rows differ from one that holds the same bytes.
+TEST(RowDecoder, CutsWhatJoinsOrIsAmbiguousAtARowsEdge) {
+    struct Row {
+        const char* why;
+        TextEncoding encoding;
+        std::string_view bytes;
+        std::size_t cut;
+        std::string_view whole;
+        std::string_view rows;
+    };
+
+    const Row rows[] = {
+        {"a mark that begins a row stands alone", Utf8, "e\xCC\x81", 1, "e\u0301||", "e/\u0301|"},
+        {"units count from the start of a row", Utf16Be, {"\0A\0B", 4}, 1, "A||B|", "./\u4100||."},
+        {"the byte before a row is taken for a lead byte", ShiftJis, "\x88\x9F\x41", 2, "\u4E9C||A",
+         "\u4E9C|/"},
+        {"a base shows without the marks of the next row", Tis620, "\xA1\xE9\xE9", 2,
+         "\u0E01\u0E49\u0E49||", "\u0E01\u0E49|/"},
+        {"a base more than four bytes before is forgotten", Windows1258, "a\xEC\xEC\xEC\xEC\xEC", 5,
+         "a\u0301\u0301\u0301\u0301\u0301|||||", "a\u0301\u0301\u0301\u0301||||/."},
+        {"a syllable is read anew from seven bytes before a row", IsciiDevanagari,
+         "\xB3\xE8\xC2\xE8\xC2\xE8\xC2\xDA"
+         "\xA2",
+         8, "\u0915\u094D\u0924\u094D\u0924\u094D\u0924\u093E||||||||.",
+         "\u0915\u094D\u0924\u094D\u0924\u094D\u0924\u093E|||||||/"},
+    };
+    for (const Row& row : rows) {
+        const MemoryDocument document(BytesOf(row.bytes));
+        const std::size_t rest = row.bytes.size() - row.cut;
+        EXPECT_EQ(Shown(DecodeFrom(document, 0, row.bytes.size(), row.encoding)), row.whole)
+            << row.why;
+        EXPECT_EQ(Shown(DecodeFrom(document, 0, row.cut, row.encoding)) + "/" +
+                      Shown(DecodeFrom(document, row.cut, rest, row.encoding)),
+                  row.rows)
+            << row.why;
+    }
+}
+
+// Pairs are told apart by the parity of their distance to the start of the run, up to 4096 bytes.
+TEST(RowDecoder, SplitsRunsOfPairsLongerThanTheLookBackAtAnArbitraryPlace) {
+    MemoryDocument document(Bytes(5000, 0xB0));
+    EXPECT_EQ(Shown(DecodeFrom(document, 4095, 1, Gbk)), "");
+    EXPECT_EQ(Shown(DecodeFrom(document, 4097, 1, Gbk)), "\u978D");
+    document.bytes[1] = 'a';
+    EXPECT_EQ(Shown(DecodeFrom(document, 4095, 1, Gbk)), "");
+    EXPECT_EQ(Shown(DecodeFrom(document, 4096, 1, Gbk)), "\u978D");
+}
+
+TEST(RowDecoder, DecodesARowAloneWhereWhatIsAroundItCannotBeRead) {
+    MemoryDocument document(BytesOf("0123456789abcdef..............."));
+    document.badFrom = 16;
+    for (const TextEncoding encoding : {Ascii, Utf8, ShiftJis, Gbk, Tis620, IsciiDevanagari}) {
+        RowDecoder page(&document, encoding, 0, 31);
+        for (const std::size_t start : {std::size_t{0}, std::size_t{8}, std::size_t{14}})
+            EXPECT_EQ(page.Decode(start, ByteView(document.bytes).subspan(start, 2)),
+                      model::CellsAlone(ByteView(document.bytes).subspan(start, 2), Ascii))
+                << NameOf(encoding);
+        EXPECT_TRUE(page.Decode(16, {}).empty());
+    }
 }
 
 } // namespace
