@@ -107,20 +107,6 @@ TEST(Layout, SizesUpToTheLastOfSixtyFourBitsAreAccepted) {
 
 constexpr int kDeep = 100'000;
 
-/// `count` times `text`, in which `#` stands for the number of the repetition and `$` for the next.
-std::string Repeat(int count, std::string_view text) {
-    std::string result;
-    for (int i = 0; i < count; ++i) {
-        for (const char character : text) {
-            if (character == '#' || character == '$')
-                result += std::to_string(character == '#' ? i : i + 1);
-            else
-                result += character;
-        }
-    }
-    return result;
-}
-
 TEST(Layout, AHundredThousandNestedStructsLayOut) {
     const std::string text = "@entry S0\n" + Repeat(kDeep, "struct S# { struct S$ s; };\n");
     EXPECT_EQ(LayoutOf(text + "struct S100000 { char c; };"), "S0 1/1: 0 s struct s1#1=1");

@@ -28,6 +28,20 @@ inline Outcome<SharedPattern> LoadText(std::string_view text) {
     return LoadStructPattern(AsBytes(text));
 }
 
+/// `count` times `text`, in which `#` stands for the number of the repetition and `$` for the next.
+inline std::string Repeat(int count, std::string_view text) {
+    std::string result;
+    for (int i = 0; i < count; ++i) {
+        for (const char character : text) {
+            if (character == '#' || character == '$')
+                result += std::to_string(character == '#' ? i : i + 1);
+            else
+                result += character;
+        }
+    }
+    return result;
+}
+
 /// The message of a load that fails; "(loaded)" when it does not.
 inline std::string ErrorOf(std::string_view text) {
     const Outcome<SharedPattern> load = LoadText(text);

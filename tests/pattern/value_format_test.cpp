@@ -4,11 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <bit>
-#include <cstring>
 #include <limits>
 
 namespace kvx {
 namespace {
+
+using namespace std::string_literals;
+using enum ByteOrder;
 
 /// What a formatter appends, in UTF-8.
 template <typename... Parameters, typename... Arguments>
@@ -25,22 +27,15 @@ TEST(ValueFormat, HexBytesAreTwoUpperCaseDigitsEach) {
 }
 
 TEST(ValueFormat, ArraysShowTheirFirstSixteenBytes) {
-    Bytes bytes(20, 0xAB);
     const std::string sixteen = "AB AB AB AB AB AB AB AB AB AB AB AB AB AB AB AB";
     EXPECT_EQ(Shown(FormatByteArrayHex, ByteView()), "0 bytes");
-    EXPECT_EQ(Shown(FormatByteArrayHex, ByteView(bytes).first(16)), sixteen);
-    EXPECT_EQ(Shown(FormatByteArrayHex, ByteView(bytes).first(17)), sixteen + " ...");
-    EXPECT_EQ(Shown(FormatByteArrayHex, bytes), sixteen + " ...");
+    EXPECT_EQ(Shown(FormatByteArrayHex, Bytes(16, 0xAB)), sixteen);
+    EXPECT_EQ(Shown(FormatByteArrayHex, Bytes(17, 0xAB)), sixteen + " ...");
 }
 
 TEST(ValueFormat, TextStopsAtNulOrAtWhatCannotBeShown) {
-    struct Case {
-        std::string bytes;
-        std::string shown;
-    };
-    using namespace std::string_literals;
     const std::string sixtyFour(64, 'x');
-    const Case cases[] = {
+    const std::pair<std::string, std::string> cases[] = {
         {"", "0 bytes"},
         {"ABC", "\"ABC\""},
         {"ABC\0DEF"s, "\"ABC\""},
@@ -54,109 +49,70 @@ TEST(ValueFormat, TextStopsAtNulOrAtWhatCannotBeShown) {
         {sixtyFour + "x", "\"" + sixtyFour + "...\""},
         {sixtyFour + "\x01", "\"" + sixtyFour + "...\""},
     };
-    for (const Case& c : cases)
-        EXPECT_EQ(Shown(FormatByteArrayAscii, AsBytes(c.bytes)), c.shown);
+    for (const auto& [bytes, shown] : cases)
+        EXPECT_EQ(Shown(FormatByteArrayAscii, AsBytes(bytes)), shown);
 }
 
 TEST(ValueFormat, IntegersFollowByteOrderAndBase) {
     struct Case {
         Bytes bytes;
-        std::string littleHex, bigHex, littleDecimal, bigDecimal;
+        std::string shown; ///< hexadecimal little and big, decimal little and big
     };
     const Case cases[] = {
-        {MakeBytes({}), "", "", "", ""},
-        {MakeBytes({0xFF}), "0xFF", "0xFF", "255", "255"},
-        {MakeBytes({0xFF, 0x00}), "0x00FF", "0xFF00", "255", "65280"},
-        {MakeBytes({1, 2, 3}), "0x030201", "0x010203", "197121", "66051"},
-        {MakeBytes({0, 0, 0, 0x80}), "0x80000000", "0x00000080", "2147483648", "128"},
-        {MakeBytes({0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFE}), "0xFEFFFFFFFFFFFFFF",
-         "0xFFFFFFFFFFFFFFFE", "18374686479671623679", "18446744073709551614"},
-        {MakeBytes({1, 2, 3, 4, 5, 6, 7, 8, 9}), "0x01 02 03 04 05 06 07 08 09",
-         "0x01 02 03 04 05 06 07 08 09", "0x01 02 03 04 05 06 07 08 09",
-         "0x01 02 03 04 05 06 07 08 09"},
+        {MakeBytes({}), ",,,"},
+        {MakeBytes({0xFF}), "0xFF,0xFF,255,255"},
+        {MakeBytes({0xFF, 0x00}), "0x00FF,0xFF00,255,65280"},
+        {MakeBytes({1, 2, 3}), "0x030201,0x010203,197121,66051"},
+        {MakeBytes({0, 0, 0, 0x80}), "0x80000000,0x00000080,2147483648,128"},
+        {MakeBytes({0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFE}),
+         "0xFEFFFFFFFFFFFFFF,0xFFFFFFFFFFFFFFFE,18374686479671623679,18446744073709551614"},
+        {MakeBytes({1, 2, 3, 4, 5, 6, 7, 8, 9}),
+         "0x01 02 03 04 05 06 07 08 09,0x01 02 03 04 05 06 07 08 09,"
+         "0x01 02 03 04 05 06 07 08 09,0x01 02 03 04 05 06 07 08 09"},
     };
     for (const Case& c : cases) {
-        EXPECT_EQ(Shown(FormatInteger, c.bytes, ByteOrder::Little, NumberBase::Hex), c.littleHex);
-        EXPECT_EQ(Shown(FormatInteger, c.bytes, ByteOrder::Big, NumberBase::Hex), c.bigHex);
-        EXPECT_EQ(Shown(FormatInteger, c.bytes, ByteOrder::Little, NumberBase::Decimal),
-                  c.littleDecimal);
-        EXPECT_EQ(Shown(FormatInteger, c.bytes, ByteOrder::Big, NumberBase::Decimal), c.bigDecimal);
+        const auto shown = [&](ByteOrder order, NumberBase base) {
+            return Shown(FormatInteger, c.bytes, order, base);
+        };
+        EXPECT_EQ(shown(Little, NumberBase::Hex) + "," + shown(Big, NumberBase::Hex) + "," +
+                      shown(Little, NumberBase::Decimal) + "," + shown(Big, NumberBase::Decimal),
+                  c.shown);
     }
 }
 
-template <typename Number>
-Bytes BytesOf(Number number) {
-    Bytes bytes(sizeof number);
-    std::memcpy(bytes.data(), &number, sizeof number);
-    return bytes;
+/// `number` as the C library prints it, and its bits.
+template <typename Bits, typename Number>
+void ExpectShownAsInC(MemberKind kind, Number number) {
+    const auto bytes = std::bit_cast<std::array<std::uint8_t, sizeof number>>(number);
+    char expected[64];
+    std::snprintf(expected, sizeof expected, "%g (0x%0*llX)", static_cast<double>(number),
+                  static_cast<int>(2 * sizeof number),
+                  static_cast<unsigned long long>(std::bit_cast<Bits>(number)));
+    EXPECT_EQ(Shown(FormatFloat, bytes, kind, ValueFormat()), expected);
 }
 
 TEST(ValueFormat, FloatsShowTheirNumberAsCPrintsItAndTheirBits) {
-    EXPECT_EQ(Shown(FormatFloat, MakeBytes({0, 0, 0x80, 0x3F}), MemberKind::Float, ValueFormat()),
-              "1 (0x3F800000)");
-    const float numbers[] = {0.0F,
-                             -0.0F,
-                             0.1F,
-                             -1.5F,
-                             3.14159265F,
-                             1e-5F,
-                             123456.7F,
-                             1234567.F,
-                             1e20F,
-                             1e-42F,
-                             3.4e38F,
-                             100000.F,
-                             std::numeric_limits<float>::infinity()};
-    for (const float number : numbers) {
-        char expected[64];
-        std::snprintf(expected, sizeof expected, "%g (0x%08X)", static_cast<double>(number),
-                      std::bit_cast<std::uint32_t>(number));
-        EXPECT_EQ(Shown(FormatFloat, BytesOf(number), MemberKind::Float, ValueFormat()), expected);
-    }
-    const double doubles[] = {2.5, -1e300, 5e-324, 0.000123456789, 1e6, 999999.5};
-    for (const double number : doubles) {
-        char expected[64];
-        std::snprintf(expected, sizeof expected, "%g (0x%016llX)", number,
-                      static_cast<unsigned long long>(std::bit_cast<std::uint64_t>(number)));
-        EXPECT_EQ(Shown(FormatFloat, BytesOf(number), MemberKind::Double, ValueFormat()), expected);
-    }
+    for (const float number :
+         {0.0F, -0.0F, 0.1F, -1.5F, 3.14159265F, 1e-5F, 123456.7F, 1234567.F, 1e20F, 1e-42F,
+          3.4e38F, 100000.F, std::numeric_limits<float>::infinity()})
+        ExpectShownAsInC<std::uint32_t>(MemberKind::Float, number);
+    for (const double number : {2.5, -1e300, 5e-324, 0.000123456789, 1e6, 999999.5})
+        ExpectShownAsInC<std::uint64_t>(MemberKind::Double, number);
     EXPECT_EQ(Shown(FormatFloat, MakeBytes({0, 0, 0xC0, 0x7F}), MemberKind::Float, ValueFormat()),
               "nan (0x7FC00000)");
 }
 
 TEST(ValueFormat, TheByteOrderChangesTheBitsOfAFloatButNotItsNumber) {
-    const ValueFormat big{ByteArrayStyle::Hex, ByteOrder::Big, NumberBase::Decimal};
+    const ValueFormat big{ByteArrayStyle::Hex, Big, NumberBase::Decimal};
     EXPECT_EQ(Shown(FormatFloat, MakeBytes({0, 0, 0x80, 0x3F}), MemberKind::Float, big),
               "1 (0x0000803F)");
 }
 
 TEST(ValueFormat, FloatsOfOtherSizesAreIntegers) {
-    const ValueFormat decimal{ByteArrayStyle::Hex, ByteOrder::Little, NumberBase::Decimal};
+    const ValueFormat decimal{ByteArrayStyle::Hex, Little, NumberBase::Decimal};
     EXPECT_EQ(Shown(FormatFloat, MakeBytes({1, 2}), MemberKind::Float, decimal), "513");
-    EXPECT_EQ(Shown(FormatFloat, BytesOf(1.0F), MemberKind::Double, ValueFormat()), "0x3F800000");
-    EXPECT_EQ(Shown(FormatFloat, BytesOf(1.0), MemberKind::Float, ValueFormat()),
-              "0x3FF0000000000000");
-}
-
-TEST(ValueFormat, TypeTextTellsCountAndSizeOfAnEmbeddedStruct) {
-    StructMemberLayout member;
-    member.typeName = u"header";
-    member.elementSize = 16;
-    EXPECT_EQ(Shown(FormatTypeText, member), "header");
-    member.kind = MemberKind::Struct;
-    EXPECT_EQ(Shown(FormatTypeText, member), "header (16 bytes)");
-    member.count = 3;
-    EXPECT_EQ(Shown(FormatTypeText, member), "header[3]");
-    member.count = 0;
-    member.isFlexibleArray = true;
-    EXPECT_EQ(Shown(FormatTypeText, member), "header[]");
-
-    StructMemberLayout gap;
-    gap.typeName = u"padding";
-    gap.kind = MemberKind::Struct;
-    gap.isPadding = true;
-    gap.elementSize = 1;
-    EXPECT_EQ(Shown(FormatTypeText, gap), "padding");
+    EXPECT_EQ(Shown(FormatFloat, MakeBytes({1, 0, 0, 0}), MemberKind::Double, decimal), "1");
+    EXPECT_EQ(Shown(FormatFloat, Bytes(8, 1), MemberKind::Float, decimal), "72340172838076673");
 }
 
 } // namespace
