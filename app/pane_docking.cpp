@@ -1,11 +1,20 @@
 #include "app/pane_docking.h"
 
+#include "panes/struct_view_layout.h"
+
+#include <algorithm>
+
 namespace kvx {
 namespace {
 
 constexpr std::int32_t kGapPx = 1;
+constexpr int kStructViewFullWidth = 752; ///< pixels at 96 DPI: all columns and a scroll bar
 
 } // namespace
+
+int StructViewStartWidth(int room) {
+    return std::clamp(room - kGapPx, kStructViewMinWidth, kStructViewFullWidth);
+}
 
 PaneDocking DockBeside(const DockTarget& main, DockSide side, std::int32_t widthPx,
                        bool maximized) {

@@ -11,6 +11,10 @@ namespace kvx {
 
 enum class DockSide : std::uint8_t { Left, Right };
 
+/// Width of a new struct view in a screen with `room` left of the main window: as much of it as the
+/// list can use. Pixels at 96 DPI.
+int StructViewStartWidth(int room);
+
 /// What happens to a tool window.
 struct PaneDocking {
     bool shown = true;

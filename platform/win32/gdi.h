@@ -18,6 +18,19 @@ using UniqueFont = UniqueHandle<GdiObjectTraits<HFONT>>;
 using UniqueBitmap = UniqueHandle<GdiObjectTraits<HBITMAP>>;
 using UniqueBrush = UniqueHandle<GdiObjectTraits<HBRUSH>>;
 
+/// A font of that height in pixels, line gap not counted. One that the system does not have is
+/// replaced by one that it has.
+inline UniqueFont MakeFont(const wchar_t* face, int heightPx) {
+    return UniqueFont(::CreateFontW(-heightPx, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE,
+                                    DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS,
+                                    CLEARTYPE_QUALITY, DEFAULT_PITCH | FF_DONTCARE, face));
+}
+
+inline void FillSolid(HDC dc, const RECT& area, COLORREF color) {
+    ::SetDCBrushColor(dc, color);
+    ::FillRect(dc, &area, static_cast<HBRUSH>(::GetStockObject(DC_BRUSH)));
+}
+
 /// A DC of the program's own, as CreateCompatibleDC gives it.
 struct MemoryDcTraits {
     using Value = HDC;

@@ -1,0 +1,152 @@
+#include "app/pane_host_window.h"
+
+#include "app/open_file_dialog.h"
+
+#include <string_view>
+
+namespace kvx {
+namespace {
+
+using namespace std::string_view_literals;
+
+constexpr auto kPatternFilters = u"Kivra Struct Pattern (*.kvpat)\0*.kvpat\0"
+                                 u"All Files (*.*)\0*.*\0"sv;
+
+constexpr UINT kInspectorResult = static_cast<UINT>(PaneNotification::InspectorResult);
+constexpr UINT kStructViewResult = static_cast<UINT>(PaneNotification::StructViewResult);
+
+RectPx PlaceOf(HWND window) {
+    RECT place{};
+    ::GetWindowRect(window, &place);
+    return {place.left, place.top, place.right, place.bottom};
+}
+
+// A message owns the rows that it carries until somebody takes it.
+template <typename Posted>
+bool PostRows(HWND window, UINT message, std::unique_ptr<Posted>&& rows) {
+    if (!::PostMessageW(window, message, 0, reinterpret_cast<LPARAM>(rows.get()))) return false;
+    static_cast<void>(rows.release());
+    return true;
+}
+
+template <typename Posted>
+Posted TakeRows(LPARAM lParam) {
+    const std::unique_ptr<Posted> rows(reinterpret_cast<Posted*>(lParam));
+    return std::move(*rows);
+}
+
+int WorkAreaLeft(HWND window) {
+    MONITORINFO monitor{};
+    monitor.cbSize = sizeof(monitor);
+    ::GetMonitorInfoW(::MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &monitor);
+    return monitor.rcWork.left;
+}
+
+// The window that the user worked in before a dialog works on after it.
+class FocusScope {
+public:
+    FocusScope() : focus_(::GetFocus()) {}
+    ~FocusScope() {
+        if (focus_ == nullptr) return;
+        const HWND window = ::GetAncestor(focus_, GA_ROOT);
+        ::SetActiveWindow(window);
+        ::SetForegroundWindow(window);
+        ::SetFocus(focus_);
+    }
+    FocusScope(const FocusScope&) = delete;
+    FocusScope& operator=(const FocusScope&) = delete;
+
+private:
+    HWND focus_;
+};
+
+} // namespace
+
+HINSTANCE PaneHostWindow::Instance() const {
+    return reinterpret_cast<HINSTANCE>(::GetWindowLongPtrW(main_, GWLP_HINSTANCE));
+}
+
+bool PaneHostWindow::CreateInspector(const InspectorModel& model, const TextLookup& text,
+                                     Theme theme) {
+    if (!inspector_.Create(Instance(), main_, model, text, theme)) return false;
+    DockPane(inspector_.Handle(), DockSide::Right);
+    return true;
+}
+
+bool PaneHostWindow::CreateStructView(StructViewModel& model, const TextLookup& text, Theme theme) {
+    const int roomPx = PlaceOf(main_).left - WorkAreaLeft(main_);
+    const int room =
+        ScaleRounded(roomPx, USER_DEFAULT_SCREEN_DPI, static_cast<int>(::GetDpiForWindow(main_)));
+    if (!structView_.Create(Instance(), main_, model, text, theme, StructViewStartWidth(room)))
+        return false;
+    DockPane(structView_.Handle(), DockSide::Left);
+    return true;
+}
+
+DockTarget PaneHostWindow::Target() const {
+    return {PlaceOf(main_), ::IsIconic(main_) != FALSE};
+}
+
+void PaneHostWindow::Dock() {
+    if (main_ == nullptr) return;
+    if (HasInspector()) DockPane(inspector_.Handle(), DockSide::Right);
+    if (HasStructView()) DockPane(structView_.Handle(), DockSide::Left);
+}
+
+void PaneHostWindow::DockPane(HWND pane, DockSide side) const {
+    constexpr UINT kFlags = SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER;
+    const RectPx before = PlaceOf(pane);
+    const PaneDocking docking =
+        DockBeside(Target(), side, before.Width(), ::IsZoomed(pane) != FALSE);
+    const UINT show = docking.shown ? SWP_SHOWWINDOW : SWP_HIDEWINDOW;
+    if (!docking.place) {
+        ::SetWindowPos(pane, nullptr, 0, 0, 0, 0, kFlags | show | SWP_NOMOVE | SWP_NOSIZE);
+        return;
+    }
+    const RectPx& place = *docking.place;
+    ::SetWindowPos(pane, nullptr, place.left, place.top, place.Width(), place.Height(),
+                   kFlags | show);
+}
+
+PostedInspectorRows PaneHostWindow::TakeInspectorRows(LPARAM lParam) {
+    return TakeRows<PostedInspectorRows>(lParam);
+}
+
+PostedStructRows PaneHostWindow::TakeStructRows(LPARAM lParam) {
+    return TakeRows<PostedStructRows>(lParam);
+}
+
+void PaneHostWindow::DropPostedRows() {
+    MSG message{};
+    while (::PeekMessageW(&message, main_, kInspectorResult, kInspectorResult, PM_REMOVE))
+        TakeInspectorRows(message.lParam);
+    while (::PeekMessageW(&message, main_, kStructViewResult, kStructViewResult, PM_REMOVE))
+        TakeStructRows(message.lParam);
+}
+
+bool PaneHostWindow::PostInspectorRows(std::unique_ptr<PostedInspectorRows>&& rows) {
+    return PostRows(main_, kInspectorResult, std::move(rows));
+}
+
+bool PaneHostWindow::PostStructRows(std::unique_ptr<PostedStructRows>&& rows) {
+    return PostRows(main_, kStructViewResult, std::move(rows));
+}
+
+void PaneHostWindow::ShowTexts() {
+    inspector_.ShowTexts();
+    structView_.ShowTexts();
+}
+
+void PaneHostWindow::ShowTheme(Theme theme) {
+    inspector_.SetTheme(theme);
+    structView_.SetTheme(theme);
+}
+
+std::optional<std::u16string> PaneHostWindow::ChoosePattern(const std::u16string& title,
+                                                            const std::u16string& folder) {
+    const FocusScope giveFocusBack;
+    return ChooseExistingFile(
+        main_, {.title = title, .filters = std::u16string(kPatternFilters), .folder = folder});
+}
+
+} // namespace kvx

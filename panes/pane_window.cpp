@@ -1,0 +1,171 @@
+#include "panes/pane_window.h"
+
+#include "platform/win32/wide.h"
+
+#include <algorithm>
+
+namespace kvx {
+namespace {
+
+// No button for minimising: the window goes and comes with the main window.
+constexpr DWORD kStyle = WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MAXIMIZEBOX |
+                         WS_CLIPCHILDREN | WS_VSCROLL | WS_HSCROLL;
+
+} // namespace
+
+PaneWindow::PaneWindow(const PaneKind& kind) : list_(kind.columns, kind.rowFont), kind_(kind) {}
+
+PaneWindow::~PaneWindow() {
+    Destroy();
+}
+
+// With the icons of the main window.
+bool PaneWindow::RegisterWindowClass(HINSTANCE instance, HWND owner) const {
+    WNDCLASSEXW windowClass{};
+    windowClass.cbSize = sizeof(windowClass);
+    windowClass.style = CS_DBLCLKS;
+    windowClass.lpfnWndProc = &PaneWindow::Procedure;
+    windowClass.hInstance = instance;
+    windowClass.hIcon = reinterpret_cast<HICON>(::GetClassLongPtrW(owner, GCLP_HICON));
+    windowClass.hIconSm = reinterpret_cast<HICON>(::GetClassLongPtrW(owner, GCLP_HICONSM));
+    windowClass.hCursor = ::LoadCursorW(nullptr, IDC_ARROW);
+    windowClass.lpszClassName = kind_.className;
+    return ::RegisterClassExW(&windowClass) != 0 || ::GetLastError() == ERROR_CLASS_ALREADY_EXISTS;
+}
+
+bool PaneWindow::Create(HINSTANCE instance, HWND owner, const IListContent& content, Theme theme,
+                        int startWidth) {
+    if (window_ != nullptr) return true;
+    if (!RegisterWindowClass(instance, owner)) return false;
+    content_ = &content;
+    colors_ = PaneColorsOf(theme);
+    const int dpi = static_cast<int>(::GetDpiForWindow(owner));
+    const int width = std::max(width_ != 0 ? width_ : startWidth, kind_.minimumWidth);
+    return ::CreateWindowExW(0, kind_.className, L"", kStyle, 0, 0, ScaledToDpi(width, dpi),
+                             ScaledToDpi(kind_.minimumHeight, dpi), owner, nullptr, instance,
+                             this) != nullptr;
+}
+
+void PaneWindow::Destroy() {
+    if (window_ != nullptr) ::DestroyWindow(window_);
+}
+
+void PaneWindow::SetTheme(Theme theme) {
+    if (window_ == nullptr) return;
+    colors_ = PaneColorsOf(theme);
+    OnColors();
+    Repaint();
+}
+
+void PaneWindow::SetTitle(const std::u16string& title) {
+    ::SetWindowTextW(window_, AsWide(title));
+}
+
+void PaneWindow::Notify(PaneNotification notification, WPARAM wParam) const {
+    ::PostMessageW(Owner(), static_cast<UINT>(notification), wParam, 0);
+}
+
+LRESULT CALLBACK PaneWindow::Procedure(HWND window, UINT message, WPARAM wParam,
+                                       LPARAM lParam) noexcept {
+    if (message == WM_NCCREATE) {
+        const auto* const creation = reinterpret_cast<const CREATESTRUCTW*>(lParam);
+        auto* const created = static_cast<PaneWindow*>(creation->lpCreateParams);
+        created->window_ = window;
+        ::SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(created));
+    }
+    auto* const self = reinterpret_cast<PaneWindow*>(::GetWindowLongPtrW(window, GWLP_USERDATA));
+    if (self == nullptr) return ::DefWindowProcW(window, message, wParam, lParam);
+    if (message == WM_NCDESTROY) {
+        ::SetWindowLongPtrW(window, GWLP_USERDATA, 0);
+        self->list_.Detach();
+        self->window_ = nullptr;
+        return ::DefWindowProcW(window, message, wParam, lParam);
+    }
+    try {
+        return self->Dispatch(message, wParam, lParam);
+    } catch (...) { // memory is short: the message is as good as not handled
+        return ::DefWindowProcW(window, message, wParam, lParam);
+    }
+}
+
+LRESULT PaneWindow::Dispatch(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+    case WM_CREATE:
+        return OnCreate();
+    case WM_ERASEBKGND:
+        return 1; // painting covers everything; erasing first would only flicker
+    case WM_PAINT: {
+        const BufferedPaint paint(window_);
+        Draw(paint.Dc());
+        return 0;
+    }
+    case WM_SIZE:
+        return OnSize(wParam);
+    case WM_GETMINMAXINFO:
+        return OnMinimumSize(*reinterpret_cast<MINMAXINFO*>(lParam));
+    case WM_DPICHANGED:
+        return OnDpiChanged(HIWORD(wParam), *reinterpret_cast<const RECT*>(lParam));
+    case WM_CLOSE:
+        Notify(kind_.closed);
+        return 0;
+    default:
+        break;
+    }
+    if (const auto answer = OnMessage(message, wParam, lParam)) return *answer;
+    if (const auto answer = list_.OnMessage(message, wParam, lParam)) return *answer;
+    return ::DefWindowProcW(window_, message, wParam, lParam);
+}
+
+LRESULT PaneWindow::OnCreate() {
+    list_.SetDpi(static_cast<int>(::GetDpiForWindow(window_)));
+    list_.Attach(window_, *content_);
+    OnCreated();
+    return 0;
+}
+
+LRESULT PaneWindow::OnSize(WPARAM wParam) {
+    RECT place{};
+    if (wParam == SIZE_RESTORED && ::GetWindowRect(window_, &place))
+        width_ = ScaleRounded(place.right - place.left, USER_DEFAULT_SCREEN_DPI, Dpi());
+    Layout();
+    return 0;
+}
+
+LRESULT PaneWindow::OnMinimumSize(MINMAXINFO& limits) const {
+    limits.ptMinTrackSize = {ScaledToDpi(kind_.minimumWidth, Dpi()),
+                             ScaledToDpi(kind_.minimumHeight, Dpi())};
+    return 0;
+}
+
+LRESULT PaneWindow::OnDpiChanged(int dpi, const RECT& suggested) {
+    list_.SetDpi(dpi);
+    OnDpi();
+    ::SetWindowPos(window_, nullptr, suggested.left, suggested.top,
+                   suggested.right - suggested.left, suggested.bottom - suggested.top,
+                   SWP_NOZORDER | SWP_NOACTIVATE);
+    Layout();
+    return 0;
+}
+
+void PaneWindow::Layout() {
+    if (window_ == nullptr) return;
+    RECT client{};
+    ::GetClientRect(window_, &client);
+    const int listTop = PlaceControls(client.right, client.bottom);
+    list_.SetArea({client.right, client.bottom, listTop});
+    Repaint();
+}
+
+int PaneWindow::PlaceControls(int, int) {
+    return 0;
+}
+
+void PaneWindow::Draw(HDC dc) const {
+    list_.Draw(dc, colors_, {});
+}
+
+std::optional<LRESULT> PaneWindow::OnMessage(UINT, WPARAM, LPARAM) {
+    return std::nullopt;
+}
+
+} // namespace kvx
