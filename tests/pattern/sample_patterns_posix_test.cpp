@@ -8,32 +8,32 @@
 namespace kvx {
 namespace {
 
-/// A folder in which tools make files.
-class Workshop : public ::testing::Test {
-protected:
-    std::string Run(const std::string& command) {
+using namespace std::string_view_literals;
+
+/// A folder in which tools make files. There is something for them to work on.
+class Workshop {
+public:
+    Workshop() {
+        folder_.Write(u"program.c", "int main(void) { return 0; }\n"sv);
+        folder_.Write(u"twice.c", "int twice(int x) { return 2 * x; }\n"sv);
+        folder_.Write(u"file.txt", std::string(520, 'x'));
+    }
+
+    std::string Run(const std::string& command) const {
         return RunTool(folder_.Root().string(), command);
     }
 
-    std::string Make(const std::string& command, const std::u16string& file) {
+    /// Content of the file `made`, which `command` makes.
+    std::string Make(const std::string& command) const {
         Run(command);
-        std::string content(std::filesystem::file_size(folder_.Root() / file), '\0');
-        std::ifstream(folder_.Root() / file, std::ios::binary)
-            .read(content.data(), static_cast<std::streamsize>(content.size()));
+        const std::string content = folder_.Read(u"made");
         EXPECT_FALSE(content.empty()) << command;
         return content;
     }
 
-    void Write(const std::u16string& name, std::string_view text) { folder_.Write(name, text); }
-
 private:
     TempFolder folder_;
 };
-
-/// The number that a pattern's member shows.
-std::size_t Number(const Sample& sample, std::string_view member) {
-    return static_cast<std::size_t>(std::stoull(sample[member]));
-}
 
 /// The first number behind `label` in a tool's output.
 std::string After(const std::string& output, const std::string& label) {
@@ -44,394 +44,188 @@ std::string After(const std::string& output, const std::string& label) {
     return output.substr(start, output.find_first_of(" \t\n,", start) - start);
 }
 
-std::string Pad(std::string text, std::size_t size) {
-    text.resize(size, ' ');
-    return "\"" + text + "\"";
+struct Case {
+    std::string pattern;
+    std::string command;
+    std::string members;
+    ByteOrder byteOrder = ByteOrder::Little;
+    std::size_t caret = 0;
+};
+
+// Each command makes the file `made`.
+const Case kCases[] = {
+    {"macho64_header", "clang -target x86_64-apple-macos11 -c -o made program.c",
+     "header.magic 0xFEEDFACF, header.cputype 0x01000007, header.filetype 1, first.cmd 25"},
+    {"wasm_module", "clang --target=wasm32 -c -o made twice.c",
+     "magic 00 61 73 6D, version 1, section_id 1"}, // types come first
+    {"ar_member_header", "ar rcD made file.txt",
+     "sizeof 68, magic \"!<arch>...\", first.ar_name \"file.txt/       \", "
+     "first.ar_size \"520       \", first.ar_fmag 60 0A"},
+    {"png_header", "convert -size 37x21 gradient:red-blue PNG24:made",
+     "signature 89 50 4E 47 0D 0A 1A 0A, chunk_length 13, chunk_type \"IHDR\", width 37, "
+     "height 21, bit_depth 8, colour_type 2",
+     ByteOrder::Big},
+    {"bmp_header", "convert -size 37x21 gradient:red-blue BMP3:made",
+     "sizeof 54, file.bfType \"BM\", file.bfSize 2406, info.biSize 40, info.biWidth 37, "
+     "info.biHeight 21, info.biBitCount 24"},
+    {"gif_header", "convert -size 37x21 gradient:red-blue GIF87:made",
+     "signature \"GIF\", version \"87a\", screen_width 37, screen_height 21"},
+    {"ico_header", "convert -size 32x16 gradient:red-blue ICO:made",
+     "sizeof 22, idType 1, idCount 1, first.bWidth 32, first.bHeight 16, first.dwImageOffset 22"},
+    {"jpeg_jfif_header", "convert -size 8x8 xc:red -units PixelsPerInch -density 300x150 JPG:made",
+     "start_of_image 0xFFD8, app0_length 16, identifier \"JFIF\", density_units 1, "
+     "density_x 300, density_y 150",
+     ByteOrder::Big},
+    {"gzip_header", "touch -d @1700000000 file.txt; gzip -9 -c file.txt >made",
+     "id 1F 8B, method 8, flags 8, modified 1700000000, system 3, name \"file.txt\""},
+    {"tar_ustar_header",
+     "tar --format=ustar --owner=kim:1000 --group=lee:100 --mode=640 --mtime=@1700000000 "
+     "-cf made file.txt",
+     "sizeof 512, name \"file.txt\", mode \"0000640\", uid \"0001750\", size \"00000001010\", "
+     "mtime \"14524770400\", typeflag 0x30, magic \"ustar\", uname \"kim\", gname \"lee\""},
+    {"cpio_newc_header", "echo file.txt | cpio --quiet -o -H newc >made",
+     "sizeof 110, c_magic \"070701\", c_filesize \"00000208\", c_namesize \"00000009\", "
+     "name \"file.txt\""},
+    {"xz_stream_header", "xz -c --check=sha256 file.txt >made",
+     "magic FD 37 7A 58 5A 00, check_type 10, block_size 2"}, // 12 bytes
+    {"mbr",
+     "truncate -s 8M made; sfdisk -q made <<'END'\nlabel: dos\nlabel-id: 0x12345678\n"
+     "start=2048, size=4096, type=83, bootable\nstart=6144, size=2048, type=c\nEND",
+     "sizeof 512, disk_signature 0x12345678, signature 0xAA55, partition1.boot_indicator 0x80, "
+     "partition1.type 0x83, partition1.first_lba 2048, partition1.sectors 4096, "
+     "partition2.type 0x0C, partition3.sectors 0"},
+    {"fat32_boot_sector", "truncate -s 34M made; mkfs.fat -F 32 -s 1 -n KIVRATEST -i 1234ABCD made",
+     "sizeof 512, BPB_BytsPerSec 512, BPB_NumFATs 2, BPB_TotSec32 69632, BPB_RootClus 2, "
+     "BS_VolID 0x1234ABCD, BS_VolLab \"KIVRATEST  \", BS_FilSysType \"FAT32   \", "
+     "signature 0xAA55"},
+    {"ext4_superblock",
+     "truncate -s 16M made; mkfs.ext4 -q -F -L kivra -b 4096 -N 64 "
+     "-U 00112233-4455-6677-8899-aabbccddeeff made",
+     "s_magic 0xEF53, s_blocks_count_lo 4096, s_inodes_count 64, s_log_block_size 2, "
+     "s_inode_size 256, s_volume_name \"kivra\", "
+     "s_uuid 00 11 22 33 44 55 66 77 88 99 AA BB CC DD EE FF",
+     ByteOrder::Little, 1024},
+    {"squashfs_superblock", "mksquashfs file.txt made -quiet -no-progress -comp gzip -b 64K",
+     "sizeof 96, s_magic \"hsqs\", inodes 2, block_size 65536, block_log 16, compression 1, "
+     "s_major 4"},
+    {"sqlite_header",
+     "sqlite3 made 'pragma page_size=8192; pragma user_version=77; "
+     "pragma application_id=4660; create table t(x);'",
+     "sizeof 100, magic \"SQLite format 3\", page_size 8192, database_pages 2, text_encoding 1, "
+     "user_version 77, application_id 0x00001234",
+     ByteOrder::Big},
+};
+
+TEST(ToolMadeFiles, ShowTheValuesThatTheToolsWereGiven) {
+    for (const Case& c : kCases) {
+        const std::string file = Workshop().Make(c.command);
+        Sample(c.pattern, file, c.caret, c.byteOrder).Expect(c.members);
+    }
 }
 
-constexpr std::string_view kProgram = "int main(void) { return 0; }\n";
-
-using ElfSample = Workshop;
-
-TEST_F(ElfSample, FileProgramAndSectionHeaders) {
-    Write(u"a.c", kProgram);
-    const std::string file = Make("gcc -o program a.c", u"program");
-    const std::string told = Run("readelf -hW program");
-
+TEST(ToolMadeFiles, Elf) {
+    const Workshop shop;
+    const std::string file = shop.Make("gcc -o made program.c");
+    const std::string told = shop.Run("readelf -hW made");
     const Sample header("elf64_file_header", file);
-    EXPECT_EQ(header.Size(), 64U);
-    EXPECT_EQ(header.Hex("ei_magic"), "7F 45 4C 46");
-    EXPECT_EQ(header["ei_class"], "2");
-    EXPECT_EQ(header["e_ehsize"], After(told, "Size of this header:"));
-    EXPECT_EQ(header["e_phoff"], After(told, "Start of program headers:"));
-    EXPECT_EQ(header["e_shoff"], After(told, "Start of section headers:"));
-    EXPECT_EQ(header["e_phnum"], After(told, "Number of program headers:"));
-    EXPECT_EQ(header["e_shnum"], After(told, "Number of section headers:"));
-    EXPECT_EQ(header["e_shstrndx"], After(told, "Section header string table index:"));
+    header.Expect("sizeof 64, ei_magic 7F 45 4C 46, ei_class 2, e_ehsize " +
+                  After(told, "Size of this header:") + ", e_phoff " +
+                  After(told, "Start of program headers:") + ", e_shoff " +
+                  After(told, "Start of section headers:") + ", e_phnum " +
+                  After(told, "Number of program headers:") + ", e_shnum " +
+                  After(told, "Number of section headers:") + ", e_shstrndx " +
+                  After(told, "Section header string table index:"));
 
-    const Sample segment("elf64_program_header", file, Number(header, "e_phoff"));
-    EXPECT_EQ(std::to_string(segment.Size()), header["e_phentsize"]);
-    EXPECT_EQ(segment["p_type"], "6"); // the first segment holds the program headers
-    EXPECT_EQ(segment["p_offset"], header["e_phoff"]);
-    EXPECT_EQ(Number(segment, "p_filesz"), segment.Size() * Number(header, "e_phnum"));
+    const Sample segment("elf64_program_header", file, header.Number("e_phoff"));
+    segment.Expect("sizeof " + header["e_phentsize"] + ", p_type 6, p_offset " + header["e_phoff"] +
+                   ", p_filesz " + std::to_string(segment.Size() * header.Number("e_phnum")));
 
-    const std::size_t names = Number(header, "e_shoff") + 64 * Number(header, "e_shstrndx");
+    const std::size_t names = header.Number("e_shoff") + 64 * header.Number("e_shstrndx");
     const Sample section("elf64_section_header", file, names);
-    EXPECT_EQ(std::to_string(section.Size()), header["e_shentsize"]);
-    EXPECT_EQ(section["sh_type"], "3");
-    const std::size_t name = Number(section, "sh_offset") + Number(section, "sh_name");
+    section.Expect("sizeof " + header["e_shentsize"] + ", sh_type 3");
+    const std::size_t name = section.Number("sh_offset") + section.Number("sh_name");
     EXPECT_EQ(std::string(file.c_str() + name), ".shstrtab");
 }
 
-using PeSample = Workshop;
-
-TEST_F(PeSample, DosCoffOptionalAndSectionHeaders) {
-    Write(u"a.c", kProgram);
-    const std::string file =
-        Make("x86_64-w64-mingw32-gcc-posix -o program.exe a.c", u"program.exe");
-    const std::string told = Run("x86_64-w64-mingw32-objdump -p program.exe");
-
+TEST(ToolMadeFiles, Pe) {
+    const Workshop shop;
+    const std::string file = shop.Make("x86_64-w64-mingw32-gcc-posix -o made.exe program.c; "
+                                       "mv made.exe made");
+    const std::string told = shop.Run("x86_64-w64-mingw32-objdump -p made");
     const Sample dos("pe_dos_header", file);
-    EXPECT_EQ(dos.Size(), 64U);
-    EXPECT_EQ(dos["e_magic"], "\"MZ\"");
+    dos.Expect("sizeof 64, e_magic \"MZ\"");
 
-    const std::size_t start = Number(dos, "e_lfanew");
+    const std::size_t start = dos.Number("e_lfanew");
     const Sample coff("pe_coff_header", file, start);
-    EXPECT_EQ(coff.Size(), 24U);
-    EXPECT_EQ(coff["Signature"], "\"PE\"");
-    EXPECT_EQ(coff.Hex("Machine"), "0x8664");
+    coff.Expect("sizeof 24, Signature \"PE\", Machine 0x8664");
 
     const Sample optional("pe_optional_header64", file, start + coff.Size());
-    EXPECT_EQ(std::to_string(optional.Size()), coff["SizeOfOptionalHeader"]);
-    EXPECT_EQ(optional.Hex("Magic"), "0x020B");
-    EXPECT_EQ(optional.Hex("ImageBase"), "0x" + After(told, "ImageBase"));
-    EXPECT_EQ(optional["Subsystem"], "3");
-    EXPECT_EQ(optional["NumberOfRvaAndSizes"], "16");
-    EXPECT_EQ(Number(optional, "SizeOfImage") % Number(optional, "SectionAlignment"), 0U);
+    optional.Expect("sizeof " + coff["SizeOfOptionalHeader"] + ", Magic 0x020B, ImageBase 0x" +
+                    After(told, "ImageBase") + ", Subsystem 3, NumberOfRvaAndSizes 16");
+    EXPECT_EQ(optional.Number("SizeOfImage") % optional.Number("SectionAlignment"), 0U);
 
     const Sample section("pe_section_header", file, start + coff.Size() + optional.Size());
-    EXPECT_EQ(section.Size(), 40U);
-    EXPECT_EQ(section["Name"], "\".text\"");
-    EXPECT_EQ(section["PointerToRawData"], optional["SizeOfHeaders"]);
-    EXPECT_EQ(section["VirtualAddress"], optional["BaseOfCode"]);
+    section.Expect("sizeof 40, Name \".text\", PointerToRawData " + optional["SizeOfHeaders"] +
+                   ", VirtualAddress " + optional["BaseOfCode"]);
 }
 
-using CompilerSample = Workshop;
-
-TEST_F(CompilerSample, MachO) {
-    Write(u"a.c", kProgram);
+TEST(ToolMadeFiles, Zip) {
     const std::string file =
-        Make("clang -target x86_64-apple-macos11 -c -o macho.o a.c", u"macho.o");
-    const Sample header("macho64_header", file);
-    EXPECT_EQ(header.Hex("header.magic"), "0xFEEDFACF");
-    EXPECT_EQ(header.Hex("header.cputype"), "0x01000007");
-    EXPECT_EQ(header["header.filetype"], "1");
-    EXPECT_EQ(header["first.cmd"], "25"); // a segment
-    EXPECT_LT(Number(header, "first.cmdsize"), Number(header, "header.sizeofcmds"));
-}
-
-TEST_F(CompilerSample, WebAssembly) {
-    Write(u"a.c", "int twice(int x) { return 2 * x; }\n");
-    const std::string file = Make("clang --target=wasm32 -c -o module.wasm a.c", u"module.wasm");
-    const Sample module("wasm_module", file);
-    EXPECT_EQ(module.Hex("magic"), "00 61 73 6D");
-    EXPECT_EQ(module["version"], "1");
-    EXPECT_EQ(module["section_id"], "1"); // types come first
-}
-
-TEST_F(CompilerSample, StaticLibrary) {
-    Write(u"member.txt", "twelve bytes");
-    const std::string file = Make("ar rcD library.a member.txt", u"library.a");
-    const Sample archive("ar_member_header", file);
-    EXPECT_EQ(archive.Size(), 68U);
-    EXPECT_EQ(archive["magic"], "\"!<arch>...\"");
-    EXPECT_EQ(archive["first.ar_name"], Pad("member.txt/", 16));
-    EXPECT_EQ(archive["first.ar_size"], Pad("12", 10));
-    EXPECT_EQ(archive.Hex("first.ar_fmag"), "60 0A");
-}
-
-using ImageSample = Workshop;
-
-TEST_F(ImageSample, Png) {
-    const std::string file = Make("convert -size 37x21 gradient:red-blue PNG24:a.png", u"a.png");
-    const Sample png("png_header", file, 0, ByteOrder::Big);
-    EXPECT_EQ(png.Hex("signature"), "89 50 4E 47 0D 0A 1A 0A");
-    EXPECT_EQ(png["chunk_length"], "13");
-    EXPECT_EQ(png["chunk_type"], "\"IHDR\"");
-    EXPECT_EQ(png["width"], "37");
-    EXPECT_EQ(png["height"], "21");
-    EXPECT_EQ(png["bit_depth"], "8");
-    EXPECT_EQ(png["colour_type"], "2");
-}
-
-TEST_F(ImageSample, Bmp) {
-    const std::string file = Make("convert -size 37x21 gradient:red-blue BMP3:a.bmp", u"a.bmp");
-    const Sample bmp("bmp_header", file);
-    EXPECT_EQ(bmp.Size(), 54U);
-    EXPECT_EQ(bmp["file.bfType"], "\"BM\"");
-    EXPECT_EQ(bmp["file.bfSize"], std::to_string(file.size()));
-    EXPECT_EQ(bmp["info.biSize"], "40");
-    EXPECT_EQ(bmp["info.biWidth"], "37");
-    EXPECT_EQ(bmp["info.biHeight"], "21");
-    EXPECT_EQ(bmp["info.biBitCount"], "24");
-}
-
-TEST_F(ImageSample, Gif) {
-    const std::string file = Make("convert -size 37x21 gradient:red-blue GIF87:a.gif", u"a.gif");
-    const Sample gif("gif_header", file);
-    EXPECT_EQ(gif["signature"], "\"GIF\"");
-    EXPECT_EQ(gif["version"], "\"87a\"");
-    EXPECT_EQ(gif["screen_width"], "37");
-    EXPECT_EQ(gif["screen_height"], "21");
-    EXPECT_GE(Number(gif, "packed"), 0x80U);
-}
-
-TEST_F(ImageSample, Icon) {
-    const std::string file = Make("convert -size 32x16 gradient:red-blue a.ico", u"a.ico");
-    const Sample icon("ico_header", file);
-    EXPECT_EQ(icon.Size(), 22U);
-    EXPECT_EQ(icon["idType"], "1");
-    EXPECT_EQ(icon["idCount"], "1");
-    EXPECT_EQ(icon["first.bWidth"], "32");
-    EXPECT_EQ(icon["first.bHeight"], "16");
-    EXPECT_EQ(Number(icon, "first.dwImageOffset") + Number(icon, "first.dwBytesInRes"),
-              file.size());
-}
-
-TEST_F(ImageSample, Jpeg) {
-    const std::string file =
-        Make("convert -size 8x8 xc:red -units PixelsPerInch -density 300x150 a.jpg", u"a.jpg");
-    const Sample jpeg("jpeg_jfif_header", file, 0, ByteOrder::Big);
-    EXPECT_EQ(jpeg.Hex("start_of_image"), "0xFFD8");
-    EXPECT_EQ(jpeg["app0_length"], "16");
-    EXPECT_EQ(jpeg["identifier"], "\"JFIF\"");
-    EXPECT_EQ(jpeg["density_units"], "1");
-    EXPECT_EQ(jpeg["density_x"], "300");
-    EXPECT_EQ(jpeg["density_y"], "150");
-}
-
-using ArchiveSample = Workshop;
-
-TEST_F(ArchiveSample, ZipLocalCentralAndEndRecords) {
-    Write(u"first.txt", std::string(1000, 'x'));
-    Write(u"second.txt", "short");
-    const std::string file = Make("zip -q -X a.zip first.txt second.txt", u"a.zip");
-
+        Workshop().Make("zip -q -X made.zip file.txt program.c; mv made.zip made");
     const Sample end("zip_end_record", file, file.size() - 22);
-    EXPECT_EQ(end["signature"], "\"PK...\"");
-    EXPECT_EQ(end["entries"], "2");
-    EXPECT_EQ(Number(end, "directory_offset") + Number(end, "directory_size"), file.size() - 22);
+    end.Expect("signature \"PK...\", entries 2");
+    EXPECT_EQ(end.Number("directory_offset") + end.Number("directory_size"), file.size() - 22);
 
-    const Sample central("zip_central_header", file, Number(end, "directory_offset"));
-    EXPECT_EQ(central.Hex("signature"), "50 4B 01 02");
-    EXPECT_EQ(central["uncompressed_size"], "1000");
-    EXPECT_EQ(central["name_length"], "9");
-    EXPECT_EQ(central["local_header_offset"], "0");
-    EXPECT_TRUE(central["name"].starts_with("\"first.txtPK")) << central["name"];
-
-    const Sample local("zip_local_header", file);
-    EXPECT_EQ(local.Hex("signature"), "50 4B 03 04");
-    EXPECT_EQ(local["method"], "8");
-    EXPECT_EQ(local["crc32"], central["crc32"]);
-    EXPECT_EQ(local["compressed_size"], central["compressed_size"]);
-    EXPECT_TRUE(local["name"].starts_with("\"first.txt")) << local["name"];
+    const Sample central("zip_central_header", file, end.Number("directory_offset"));
+    central.Expect("signature 50 4B 01 02, uncompressed_size 520, name_length 8, "
+                   "local_header_offset 0, name \"file.txtPK...\"");
+    Sample("zip_local_header", file)
+        .Expect("signature 50 4B 03 04, method 8, crc32 " + central["crc32"] +
+                ", compressed_size " + central["compressed_size"] + ", name \"file.txt...\"");
 }
 
-TEST_F(ArchiveSample, Gzip) {
-    Write(u"named.txt", "content");
-    const std::string file =
-        Make("touch -d @1700000000 named.txt; gzip -9 named.txt", u"named.txt.gz");
-    const Sample gzip("gzip_header", file);
-    EXPECT_EQ(gzip.Hex("id"), "1F 8B");
-    EXPECT_EQ(gzip["method"], "8");
-    EXPECT_EQ(gzip["flags"], "8");
-    EXPECT_EQ(gzip["modified"], "1700000000");
-    EXPECT_EQ(gzip["system"], "3");
-    EXPECT_EQ(gzip["name"], "\"named.txt\"");
+TEST(ToolMadeFiles, GuidPartitionTable) {
+    const std::string file = Workshop().Make(
+        "truncate -s 8M made; sfdisk -q made <<'END'\nlabel: gpt\n"
+        "label-id: 01234567-89AB-CDEF-0011-223344556677\n"
+        "start=2048, size=4096, name=\"Data\", type=0FC63DAF-8483-4772-8E79-3D69D8477DE4\nEND");
+    const Sample header("gpt_header", file, 0x200);
+    header.Expect("signature \"EFI PART\", revision 0x00010000, header_size 92, my_lba 1, "
+                  "alternate_lba 16383, disk_guid.data1 0x01234567, "
+                  "disk_guid.data4 00 11 22 33 44 55 66 77, number_of_entries 128, entry_size 128");
+    Sample("gpt_partition_entry", file, 512 * header.Number("partition_entry_lba"))
+        .Expect("sizeof 128, type_guid.data1 0x0FC63DAF, first_lba 2048, last_lba 6143, "
+                "name 44 00 61 00 74 00 61 00 00 00 00 00 00 00 00 00 ...");
 }
 
-TEST_F(ArchiveSample, Tar) {
-    Write(u"file.txt", std::string(520, 'x'));
-    const std::string file = Make("tar --format=ustar --owner=kim:1000 --group=lee:100 "
-                                  "--mode=640 --mtime=@1700000000 -cf a.tar file.txt",
-                                  u"a.tar");
-    const Sample tar("tar_ustar_header", file);
-    EXPECT_EQ(tar.Size(), 512U);
-    EXPECT_EQ(tar["name"], "\"file.txt\"");
-    EXPECT_EQ(tar["mode"], "\"0000640\"");
-    EXPECT_EQ(tar["uid"], "\"0001750\"");
-    EXPECT_EQ(tar["size"], "\"00000001010\"");
-    EXPECT_EQ(tar["mtime"], "\"14524770400\"");
-    EXPECT_EQ(tar.Hex("typeflag"), "0x30");
-    EXPECT_EQ(tar["magic"], "\"ustar\"");
-    EXPECT_EQ(tar["uname"], "\"kim\"");
-    EXPECT_EQ(tar["gname"], "\"lee\"");
-}
-
-TEST_F(ArchiveSample, SevenZip) {
-    Write(u"file.txt", std::string(1000, 'x'));
-    const std::string file = Make("7zr a -bd a.7z file.txt", u"a.7z");
+TEST(ToolMadeFiles, SevenZip) {
+    const std::string file = Workshop().Make("7zr a -bd made.7z file.txt; mv made.7z made");
     const Sample archive("sevenzip_header", file);
-    EXPECT_EQ(archive.Size(), 32U);
-    EXPECT_EQ(archive.Hex("signature"), "37 7A BC AF 27 1C");
-    EXPECT_EQ(archive["version_major"], "0");
-    EXPECT_EQ(32 + Number(archive, "next_header_offset") + Number(archive, "next_header_size"),
+    archive.Expect("sizeof 32, signature 37 7A BC AF 27 1C, version_major 0");
+    EXPECT_EQ(32 + archive.Number("next_header_offset") + archive.Number("next_header_size"),
               file.size());
 }
 
-TEST_F(ArchiveSample, Cpio) {
-    Write(u"file.txt", "sixteen bytes...");
-    const std::string file = Make("echo file.txt | cpio --quiet -o -H newc >a.cpio", u"a.cpio");
-    const Sample cpio("cpio_newc_header", file);
-    EXPECT_EQ(cpio.Size(), 110U);
-    EXPECT_EQ(cpio["c_magic"], "\"070701\"");
-    EXPECT_EQ(cpio["c_filesize"], "\"00000010\"");
-    EXPECT_EQ(cpio["c_namesize"], "\"00000009\"");
-    EXPECT_EQ(cpio["name"], "\"file.txt\"");
-}
-
-TEST_F(ArchiveSample, Xz) {
-    Write(u"file.txt", "content");
-    const std::string file = Make("xz -k --check=sha256 file.txt", u"file.txt.xz");
-    const Sample xz("xz_stream_header", file);
-    EXPECT_EQ(xz.Hex("magic"), "FD 37 7A 58 5A 00");
-    EXPECT_EQ(xz["check_type"], "10");
-    EXPECT_EQ(xz["block_size"], "2"); // 12 bytes
-}
-
-using DiskSample = Workshop;
-
-TEST_F(DiskSample, MasterBootRecord) {
+TEST(ToolMadeFiles, Ntfs) {
     const std::string file =
-        Make("truncate -s 8M disk; sfdisk -q disk <<'END'\nlabel: dos\nlabel-id: 0x12345678\n"
-             "start=2048, size=4096, type=83, bootable\nstart=6144, size=2048, type=c\nEND",
-             u"disk");
-    const Sample mbr("mbr", file);
-    EXPECT_EQ(mbr.Size(), 512U);
-    EXPECT_EQ(mbr.Hex("disk_signature"), "0x12345678");
-    EXPECT_EQ(mbr.Hex("signature"), "0xAA55");
-    EXPECT_EQ(mbr.Hex("partition1.boot_indicator"), "0x80");
-    EXPECT_EQ(mbr.Hex("partition1.type"), "0x83");
-    EXPECT_EQ(mbr["partition1.first_lba"], "2048");
-    EXPECT_EQ(mbr["partition1.sectors"], "4096");
-    EXPECT_EQ(mbr.Hex("partition2.type"), "0x0C");
-    EXPECT_EQ(mbr["partition3.sectors"], "0");
-}
-
-TEST_F(DiskSample, GuidPartitionTable) {
-    const std::string file =
-        Make("truncate -s 8M disk; sfdisk -q disk <<'END'\nlabel: gpt\n"
-             "label-id: 01234567-89AB-CDEF-0011-223344556677\n"
-             "start=2048, size=4096, name=\"Data\", type=0FC63DAF-8483-4772-8E79-3D69D8477DE4\nEND",
-             u"disk");
-    const Sample header("gpt_header", file, 0x200);
-    EXPECT_EQ(header["signature"], "\"EFI PART\"");
-    EXPECT_EQ(header.Hex("revision"), "0x00010000");
-    EXPECT_EQ(header["header_size"], "92");
-    EXPECT_EQ(header["my_lba"], "1");
-    EXPECT_EQ(Number(header, "alternate_lba"), file.size() / 512 - 1);
-    EXPECT_EQ(header.Hex("disk_guid.data1"), "0x01234567");
-    EXPECT_EQ(header.Hex("disk_guid.data4"), "00 11 22 33 44 55 66 77");
-    EXPECT_EQ(header["number_of_entries"], "128");
-    EXPECT_EQ(header["entry_size"], "128");
-
-    const Sample entry("gpt_partition_entry", file, 512 * Number(header, "partition_entry_lba"));
-    EXPECT_EQ(entry.Size(), 128U);
-    EXPECT_EQ(entry.Hex("type_guid.data1"), "0x0FC63DAF");
-    EXPECT_EQ(entry["first_lba"], "2048");
-    EXPECT_EQ(entry["last_lba"], "6143");
-    EXPECT_TRUE(entry.Hex("name").starts_with("44 00 61 00 74 00 61 00 00 00"))
-        << entry.Hex("name");
-}
-
-TEST_F(DiskSample, Fat32) {
-    const std::string file = Make("truncate -s 34M volume; "
-                                  "mkfs.fat -F 32 -s 1 -n KIVRATEST -i 1234ABCD volume",
-                                  u"volume");
-    const Sample fat("fat32_boot_sector", file);
-    EXPECT_EQ(fat.Size(), 512U);
-    EXPECT_EQ(fat["BPB_BytsPerSec"], "512");
-    EXPECT_EQ(fat["BPB_NumFATs"], "2");
-    EXPECT_EQ(Number(fat, "BPB_TotSec32"), file.size() / 512);
-    EXPECT_EQ(fat["BPB_RootClus"], "2");
-    EXPECT_EQ(fat.Hex("BS_VolID"), "0x1234ABCD");
-    EXPECT_EQ(fat["BS_VolLab"], Pad("KIVRATEST", 11));
-    EXPECT_EQ(fat["BS_FilSysType"], Pad("FAT32", 8));
-    EXPECT_EQ(fat.Hex("signature"), "0xAA55");
-}
-
-TEST_F(DiskSample, Ntfs) {
-    const std::string file =
-        Make("truncate -s 16M volume; mkntfs -q -Q -F -s 512 -c 4096 volume", u"volume");
+        Workshop().Make("truncate -s 16M made; mkntfs -q -Q -F -s 512 -c 4096 made");
     const Sample ntfs("ntfs_boot_sector", file);
-    EXPECT_EQ(ntfs.Size(), 512U);
-    EXPECT_EQ(ntfs["oem_id"], Pad("NTFS", 8));
-    EXPECT_EQ(ntfs["bytes_per_sector"], "512");
-    EXPECT_EQ(ntfs["sectors_per_cluster"], "8");
-    EXPECT_EQ(file.substr(4096 * Number(ntfs, "mft_cluster"), 4), "FILE");
-    EXPECT_EQ(file.substr(4096 * Number(ntfs, "mft_mirror_cluster"), 4), "FILE");
-    EXPECT_EQ(ntfs.Hex("signature"), "0xAA55");
+    ntfs.Expect("sizeof 512, oem_id \"NTFS    \", bytes_per_sector 512, sectors_per_cluster 8, "
+                "signature 0xAA55");
+    EXPECT_EQ(file.substr(4096 * ntfs.Number("mft_cluster"), 4), "FILE");
+    EXPECT_EQ(file.substr(4096 * ntfs.Number("mft_mirror_cluster"), 4), "FILE");
 }
 
-TEST_F(DiskSample, Ext4) {
-    const std::string file = Make("truncate -s 16M volume; mkfs.ext4 -q -F -L kivra -b 4096 -N 64 "
-                                  "-U 00112233-4455-6677-8899-aabbccddeeff volume",
-                                  u"volume");
-    const Sample ext4("ext4_superblock", file, 1024);
-    EXPECT_EQ(ext4.Hex("s_magic"), "0xEF53");
-    EXPECT_EQ(ext4["s_blocks_count_lo"], "4096");
-    EXPECT_EQ(ext4["s_inodes_count"], "64");
-    EXPECT_EQ(ext4["s_log_block_size"], "2");
-    EXPECT_EQ(ext4["s_inode_size"], "256");
-    EXPECT_EQ(ext4["s_volume_name"], "\"kivra\"");
-    EXPECT_EQ(ext4.Hex("s_uuid"), "00 11 22 33 44 55 66 77 88 99 AA BB CC DD EE FF");
-}
-
-TEST_F(DiskSample, Iso9660) {
-    Write(u"file.txt", "content");
+TEST(ToolMadeFiles, Iso9660) {
     const std::string file =
-        Make("xorriso -as mkisofs -quiet -V KIVRA -publisher SOMEONE -o a.iso file.txt", u"a.iso");
+        Workshop().Make("xorriso -as mkisofs -quiet -V KIVRA -publisher SOMEONE -o made file.txt");
     const Sample iso("iso9660_volume_descriptor", file, 0x8000);
-    EXPECT_EQ(iso["type"], "1");
-    EXPECT_EQ(iso["identifier"], "\"CD001\"");
-    EXPECT_EQ(iso["volume_identifier"], Pad("KIVRA", 32));
-    EXPECT_EQ(iso["logical_block_size"], "2048");
-    EXPECT_LE(Number(iso, "volume_space_size"), file.size() / 2048);
-    EXPECT_TRUE(iso["publisher_identifier"].starts_with("\"SOMEONE "));
-    const Sample big("iso9660_volume_descriptor", file, 0x8000, ByteOrder::Big);
-    EXPECT_EQ(big["volume_space_size_be"], iso["volume_space_size"]);
-    EXPECT_EQ(big["path_table_size_be"], iso["path_table_size"]);
-}
-
-TEST_F(DiskSample, SquashFs) {
-    Write(u"file.txt", "content");
-    const std::string file =
-        Make("mksquashfs file.txt a.sqfs -quiet -no-progress -comp gzip -b 64K", u"a.sqfs");
-    const Sample squash("squashfs_superblock", file);
-    EXPECT_EQ(squash.Size(), 96U);
-    EXPECT_EQ(squash["s_magic"], "\"hsqs\"");
-    EXPECT_EQ(squash["inodes"], "2");
-    EXPECT_EQ(squash["block_size"], "65536");
-    EXPECT_EQ(squash["block_log"], "16");
-    EXPECT_EQ(squash["compression"], "1");
-    EXPECT_EQ(squash["s_major"], "4");
-    EXPECT_LE(Number(squash, "bytes_used"), file.size());
-}
-
-using DatabaseSample = Workshop;
-
-TEST_F(DatabaseSample, Sqlite) {
-    const std::string file = Make("sqlite3 a.db 'pragma page_size=8192; pragma user_version=77; "
-                                  "pragma application_id=4660; create table t(x);'",
-                                  u"a.db");
-    const Sample sqlite("sqlite_header", file, 0, ByteOrder::Big);
-    EXPECT_EQ(sqlite.Size(), 100U);
-    EXPECT_EQ(sqlite["magic"], "\"SQLite format 3\"");
-    EXPECT_EQ(sqlite["page_size"], "8192");
-    EXPECT_EQ(Number(sqlite, "database_pages") * 8192, file.size());
-    EXPECT_EQ(sqlite["text_encoding"], "1");
-    EXPECT_EQ(sqlite["user_version"], "77");
-    EXPECT_EQ(sqlite.Hex("application_id"), "0x00001234");
+    iso.Expect("type 1, identifier \"CD001\", volume_identifier \"KIVRA" + std::string(27, ' ') +
+               "\", logical_block_size 2048");
+    EXPECT_LE(iso.Number("volume_space_size"), file.size() / 2048);
+    Sample("iso9660_volume_descriptor", file, 0x8000, ByteOrder::Big)
+        .Expect("volume_space_size_be " + iso["volume_space_size"] + ", path_table_size_be " +
+                iso["path_table_size"]);
 }
 
 } // namespace

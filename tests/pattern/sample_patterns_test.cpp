@@ -4,273 +4,115 @@
 
 #include <gtest/gtest.h>
 
+#include <iomanip>
+
 namespace kvx {
 namespace {
 
-/// Bytes put one behind the other.
-class Assembly {
-public:
-    explicit Assembly(ByteOrder byteOrder = ByteOrder::Little) : byteOrder_(byteOrder) {}
-
-    Assembly& Text(std::string_view text) {
-        bytes_ += text;
-        return *this;
-    }
-    Assembly& Zeros(std::size_t count) {
-        bytes_.append(count, '\0');
-        return *this;
-    }
-    template <typename... Values>
-    Assembly& U8(Values... values) {
-        return Numbers(1, {static_cast<std::uint64_t>(values)...});
-    }
-    template <typename... Values>
-    Assembly& U16(Values... values) {
-        return Numbers(2, {static_cast<std::uint64_t>(values)...});
-    }
-    template <typename... Values>
-    Assembly& U32(Values... values) {
-        return Numbers(4, {static_cast<std::uint64_t>(values)...});
-    }
-    template <typename... Values>
-    Assembly& U64(Values... values) {
-        return Numbers(8, {static_cast<std::uint64_t>(values)...});
-    }
-
-    const std::string& Bytes() const { return bytes_; }
-
-private:
-    Assembly& Numbers(int size, std::initializer_list<std::uint64_t> values) {
-        for (const std::uint64_t value : values) {
-            for (int i = 0; i < size; ++i) {
-                const int shift = 8 * (byteOrder_ == ByteOrder::Big ? size - 1 - i : i);
-                bytes_ += static_cast<char>(value >> shift & 0xFF);
-            }
-        }
-        return *this;
-    }
-
-    std::string bytes_;
-    ByteOrder byteOrder_;
-};
-
-std::vector<std::filesystem::path> AllSamples() {
-    std::vector<std::filesystem::path> samples;
-    for (const auto& entry : std::filesystem::directory_iterator(SourceRoot() / "patterns"))
-        if (entry.path().extension() == ".kvpat") samples.push_back(entry.path());
-    std::ranges::sort(samples);
-    return samples;
-}
-
-TEST(SamplePatterns, EveryOneLoadsAndIsLaidOverBytesInATest) {
+TEST(SamplePatterns, EveryOneLoadsTellsHowToUseItAndIsLaidOverBytesInATest) {
     const std::filesystem::path tests = SourceRoot() / "tests" / "pattern";
     const std::string sources = ReadText(tests / "sample_patterns_test.cpp") +
                                 ReadText(tests / "sample_patterns_posix_test.cpp");
-    const auto samples = AllSamples();
-    EXPECT_GE(samples.size(), 30U);
-    for (const std::filesystem::path& path : samples) {
-        EXPECT_EQ(ErrorOf(ReadText(path)), "(loaded)") << path;
-        EXPECT_NE(sources.find("(\"" + path.stem().string() + "\""), std::string::npos)
-            << path << " is not tested";
-    }
-}
-
-TEST(SamplePatterns, EveryOneTellsWhatItIsAndHowToUseIt) {
-    for (const std::filesystem::path& path : AllSamples()) {
-        const std::string text = ReadText(path);
-        EXPECT_TRUE(text.starts_with("// ")) << path;
+    int count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(SourceRoot() / "patterns")) {
+        if (entry.path().extension() != ".kvpat") continue;
+        const std::string text = ReadText(entry.path());
+        EXPECT_EQ(ErrorOf(text), "(loaded)") << entry;
+        EXPECT_TRUE(text.starts_with("// ")) << entry;
         for (const std::string line : {"\n// Caret: ", "\n// Byte order: ", "\n// Layout: "})
-            EXPECT_NE(text.find(line), std::string::npos) << path << " says nothing after" << line;
+            EXPECT_NE(text.find(line), std::string::npos) << entry << " says nothing after" << line;
+        EXPECT_NE(sources.find("\"" + entry.path().stem().string() + "\""), std::string::npos)
+            << entry << " is not tested";
+        ++count;
     }
+    EXPECT_GE(count, 30);
 }
 
-TEST(SamplePatterns, Wav) {
-    const std::string file = Assembly()
-                                 .Text("RIFF")
-                                 .U32(36 + 400)
-                                 .Text("WAVEfmt ")
-                                 .U32(16)
-                                 .U16(1, 2)
-                                 .U32(44100, 176400)
-                                 .U16(4, 16)
-                                 .Text("data")
-                                 .U32(400)
-                                 .Zeros(400)
-                                 .Bytes();
-    const Sample wav("wav_header", file);
-    EXPECT_EQ(wav.Size(), 44U);
-    EXPECT_EQ(wav["wave"], "\"WAVE\"");
-    EXPECT_EQ(wav["riff_size"], std::to_string(file.size() - 8));
-    EXPECT_EQ(wav["channels"], "2");
-    EXPECT_EQ(wav["samples_per_second"], "44100");
-    EXPECT_EQ(wav["bits_per_sample"], "16");
-    EXPECT_EQ(wav["data"], "\"data\"");
-    EXPECT_EQ(wav["data_size"], "400");
-}
-
-TEST(SamplePatterns, Avi) {
-    const std::string file = Assembly()
-                                 .Text("RIFF")
-                                 .U32(80)
-                                 .Text("AVI LIST")
-                                 .U32(68)
-                                 .Text("hdrlavih")
-                                 .U32(56, 40000, 1000000, 0, 0x10, 250, 0, 2, 65536, 640, 480)
-                                 .Zeros(16)
-                                 .Bytes();
-    const Sample avi("avi_header", file);
-    EXPECT_EQ(avi.Size(), 88U);
-    EXPECT_EQ(avi["avih_size"], "56");
-    EXPECT_EQ(avi["header.dwMicroSecPerFrame"], "40000");
-    EXPECT_EQ(avi["header.dwTotalFrames"], "250");
-    EXPECT_EQ(avi["header.dwStreams"], "2");
-    EXPECT_EQ(avi["header.dwWidth"], "640");
-    EXPECT_EQ(avi["header.dwHeight"], "480");
-}
-
-TEST(SamplePatterns, PcapInBothByteOrders) {
-    for (const ByteOrder byteOrder : {ByteOrder::Little, ByteOrder::Big}) {
-        const std::string file = Assembly(byteOrder)
-                                     .U32(0xA1B2C3D4)
-                                     .U16(2, 4)
-                                     .U32(0, 0, 65535, 1, 1700000000, 250000, 60, 1514)
-                                     .Zeros(60)
-                                     .Bytes();
-        const Sample pcap("pcap_header", file, 0, byteOrder);
-        EXPECT_EQ(pcap.Size(), 40U);
-        EXPECT_EQ(pcap.Hex("header.magic"), "0xA1B2C3D4");
-        EXPECT_EQ(pcap["header.version_minor"], "4");
-        EXPECT_EQ(pcap["header.link_type"], "1");
-        EXPECT_EQ(pcap["packet.seconds"], "1700000000");
-        EXPECT_EQ(pcap["packet.captured_length"], "60");
-        EXPECT_EQ(pcap["packet.original_length"], "1514");
+/// The bytes that `pieces` tell, separated by blanks: 'text', `4:100` for a number of 4 bytes, and
+/// `16:` for 16 zeros.
+std::string Assemble(const std::string& pieces, ByteOrder byteOrder) {
+    std::string bytes;
+    std::istringstream stream(pieces);
+    while (stream >> std::ws && stream.peek() != EOF) {
+        std::string piece;
+        stream >> std::quoted(piece, '\'');
+        const std::size_t colon = piece.find(':');
+        if (colon == std::string::npos) {
+            bytes += piece;
+            continue;
+        }
+        const std::string value = piece.substr(colon + 1);
+        const std::uint64_t number = value.empty() ? 0 : std::stoull(value, nullptr, 0);
+        const auto size = static_cast<std::size_t>(std::stoul(piece));
+        for (std::size_t i = 0; i < size; ++i) {
+            const std::size_t place = byteOrder == ByteOrder::Big ? size - 1 - i : i;
+            bytes += place < sizeof number ? static_cast<char>(number >> 8 * place & 0xFF) : '\0';
+        }
     }
+    return bytes;
 }
 
-TEST(SamplePatterns, Pcapng) {
-    const std::string file = Assembly()
-                                 .U32(0x0A0D0D0A, 28, 0x1A2B3C4D)
-                                 .U16(1, 0)
-                                 .U64(0xFFFFFFFFFFFFFFFF)
-                                 .U32(28)
-                                 .Bytes();
-    const Sample pcapng("pcapng_section_header", file);
-    EXPECT_EQ(pcapng.Size(), 24U);
-    EXPECT_EQ(pcapng.Hex("block_type"), "0x0A0D0D0A");
-    EXPECT_EQ(pcapng["block_length"], "28");
-    EXPECT_EQ(pcapng.Hex("byte_order_magic"), "0x1A2B3C4D");
-    EXPECT_EQ(pcapng["version_major"], "1");
-    EXPECT_EQ(pcapng.Hex("section_length"), "0xFFFFFFFFFFFFFFFF");
-}
+struct Case {
+    std::string pattern;
+    ByteOrder byteOrder;
+    std::string bytes;
+    std::string members;
+};
 
-TEST(SamplePatterns, JavaClass) {
-    const std::string file = Assembly(ByteOrder::Big)
-                                 .U32(0xCAFEBABE)
-                                 .U16(0, 61, 3)
-                                 .U8(7)
-                                 .U16(2)
-                                 .U8(1)
-                                 .U16(5)
-                                 .Text("Hello")
-                                 .Bytes();
-    const Sample java("java_class_header", file, 0, ByteOrder::Big);
-    EXPECT_EQ(java.Hex("magic"), "0xCAFEBABE");
-    EXPECT_EQ(java["major_version"], "61");
-    EXPECT_EQ(java["constant_pool_count"], "3");
-    EXPECT_EQ(java["first_tag"], "7");
-    EXPECT_EQ(java.Hex("constant_pool"), "00 02 01 00 05 48 65 6C 6C 6F");
-}
-
-TEST(SamplePatterns, Dex) {
-    Assembly file;
-    file.Text("dex\n"
-              "035")
-        .U8(0)
-        .U32(0x11223344)
-        .Zeros(20)
-        .U32(4096, 112, 0x12345678);
-    for (unsigned value = 1; value <= 17; ++value)
-        file.U32(value * 10);
-    const Sample dex("dex_header", file.Bytes());
-    EXPECT_EQ(dex.Size(), 112U);
-    EXPECT_EQ(dex["version"], "\"035\"");
-    EXPECT_EQ(dex["file_size"], "4096");
-    EXPECT_EQ(dex["header_size"], "112");
-    EXPECT_EQ(dex.Hex("endian_tag"), "0x12345678");
-    EXPECT_EQ(dex["string_ids_size"], "40");
-    EXPECT_EQ(dex["method_ids_off"], "130");
-    EXPECT_EQ(dex["data_off"], "170");
-}
-
-TEST(SamplePatterns, TrueType) {
-    const std::string file = Assembly(ByteOrder::Big)
-                                 .U32(0x00010000)
-                                 .U16(11, 128, 3, 48)
-                                 .Text("cmap")
-                                 .U32(0x01020304, 188, 260)
-                                 .Bytes();
-    const Sample font("truetype_table_directory", file, 0, ByteOrder::Big);
-    EXPECT_EQ(font.Size(), 28U);
-    EXPECT_EQ(font.Hex("sfnt_version"), "0x00010000");
-    EXPECT_EQ(font["num_tables"], "11");
-    EXPECT_EQ(font["search_range"], "128");
-    EXPECT_EQ(font["first.tag"], "\"cmap\"");
-    EXPECT_EQ(font["first.offset"], "188");
-    EXPECT_EQ(font["first.length"], "260");
-}
-
-TEST(SamplePatterns, WindowsShortcut) {
-    const std::string file = Assembly()
-                                 .U32(0x4C, 0x00021401)
-                                 .U16(0, 0)
-                                 .U32(0xC0, 0x46000000, 0x9B, 0x20)
-                                 .U64(1, 2, 3)
-                                 .U32(12345, 7, 3)
-                                 .U16(0x0641)
-                                 .Zeros(10)
-                                 .Bytes();
-    const Sample link("windows_shortcut", file);
-    EXPECT_EQ(link.Size(), 76U);
-    EXPECT_EQ(link.Hex("HeaderSize"), "0x0000004C");
-    EXPECT_EQ(link.Hex("LinkCLSID.data1"), "0x00021401");
-    EXPECT_EQ(link.Hex("LinkCLSID.data4"), "C0 00 00 00 00 00 00 46");
-    EXPECT_EQ(link.Hex("LinkFlags"), "0x0000009B");
-    EXPECT_EQ(link["WriteTime"], "3");
-    EXPECT_EQ(link["FileSize"], "12345");
-    EXPECT_EQ(link["ShowCommand"], "3");
-    EXPECT_EQ(link.Hex("HotKey"), "0x0641");
-}
-
-TEST(SamplePatterns, Minidump) {
-    const std::string file = Assembly()
-                                 .Text("MDMP")
-                                 .U32(0x6380A793, 13, 32, 0, 1700000000)
-                                 .U64(2)
-                                 .U32(7, 56, 188)
-                                 .Bytes();
-    const Sample dump("minidump_header", file);
-    EXPECT_EQ(dump.Size(), 44U);
-    EXPECT_EQ(dump["Signature"], "\"MDMP\"");
-    EXPECT_EQ(dump["NumberOfStreams"], "13");
-    EXPECT_EQ(dump["Flags"], "2");
-    EXPECT_EQ(dump["first.StreamType"], "7");
-    EXPECT_EQ(dump["first.Rva"], "188");
-}
-
-TEST(SamplePatterns, RegistryHive) {
-    Assembly file;
-    file.Text("regf").U32(77, 77).U64(0x01D9000000000000).U32(1, 5, 0, 1, 32);
-    file.U32(8192, 1).U16('S', 'A', 'M').Zeros(58).Zeros(396).U32(0xDEADBEEF);
-    const Sample hive("registry_hive", file.Bytes());
-    EXPECT_EQ(hive.Size(), 512U);
-    EXPECT_EQ(hive["signature"], "\"regf\"");
-    EXPECT_EQ(hive["primary_sequence"], "77");
-    EXPECT_EQ(hive.Hex("last_written"), "0x01D9000000000000");
-    EXPECT_EQ(hive["minor_version"], "5");
-    EXPECT_EQ(hive["root_cell_offset"], "32");
-    EXPECT_EQ(hive["bins_size"], "8192");
-    EXPECT_EQ(hive.Hex("file_name"), "53 00 41 00 4D 00 00 00 00 00 00 00 00 00 00 00 ...");
-    EXPECT_EQ(hive.Hex("checksum"), "0xDEADBEEF");
+TEST(SamplePatterns, LieOverAssembledFiles) {
+    using enum ByteOrder;
+    const std::string pcap =
+        "4:0xA1B2C3D4 2:2 2:4 8: 4:65535 4:1 4:1700000000 4:250000 4:60 4:1514";
+    const std::string pcapMembers =
+        "sizeof 40, header.magic 0xA1B2C3D4, header.version_minor 4, header.link_type 1, "
+        "packet.seconds 1700000000, packet.captured_length 60, packet.original_length 1514";
+    const Case cases[] = {
+        {"wav_header", Little,
+         "RIFF 4:436 'WAVEfmt ' 4:16 2:1 2:2 4:44100 4:176400 2:4 2:16 data 4:400 400:",
+         "sizeof 44, wave \"WAVE\", riff_size 436, channels 2, samples_per_second 44100, "
+         "bits_per_sample 16, data \"data\", data_size 400"},
+        {"avi_header", Little,
+         "RIFF 4:80 'AVI LIST' 4:68 hdrlavih 4:56 4:40000 4:1000000 4: 4:16 4:250 4: 4:2 4:65536 "
+         "4:640 4:480 16:",
+         "sizeof 88, avih_size 56, header.dwMicroSecPerFrame 40000, header.dwTotalFrames 250, "
+         "header.dwStreams 2, header.dwWidth 640, header.dwHeight 480"},
+        {"pcap_header", Little, pcap, pcapMembers},
+        {"pcap_header", Big, pcap, pcapMembers},
+        {"pcapng_section_header", Little,
+         "4:0x0A0D0D0A 4:28 4:0x1A2B3C4D 2:1 2:0 8:0xFFFFFFFFFFFFFFFF 4:28",
+         "sizeof 24, block_type 0x0A0D0D0A, block_length 28, byte_order_magic 0x1A2B3C4D, "
+         "version_major 1, section_length 0xFFFFFFFFFFFFFFFF"},
+        {"java_class_header", Big, "4:0xCAFEBABE 2: 2:61 2:3 1:7 2:2 1:1 2:5 Hello",
+         "magic 0xCAFEBABE, major_version 61, constant_pool_count 3, first_tag 7, "
+         "constant_pool 00 02 01 00 05 48 65 6C 6C 6F"},
+        {"dex_header", Little,
+         "'dex\n035' 1: 4:0x11223344 20: 4:4096 4:112 4:0x12345678 4:10 4:20 4:30 4:40 4:50 4:60 "
+         "4:70 4:80 4:90 4:100 4:110 4:120 4:130 4:140 4:150 4:160 4:170",
+         "sizeof 112, version \"035\", file_size 4096, header_size 112, endian_tag 0x12345678, "
+         "string_ids_size 40, method_ids_off 130, data_off 170"},
+        {"truetype_table_directory", Big,
+         "4:0x00010000 2:11 2:128 2:3 2:48 cmap 4:0x01020304 4:188 4:260",
+         "sizeof 28, sfnt_version 0x00010000, num_tables 11, search_range 128, "
+         "first.tag \"cmap\", first.offset 188, first.length 260"},
+        {"windows_shortcut", Little,
+         "4:0x4C 4:0x21401 4: 4:0xC0 4:0x46000000 4:0x9B 4:0x20 8:1 8:2 8:3 4:12345 4:7 4:3 "
+         "2:0x641 10:",
+         "sizeof 76, HeaderSize 0x0000004C, LinkCLSID.data1 0x00021401, "
+         "LinkCLSID.data4 C0 00 00 00 00 00 00 46, LinkFlags 0x0000009B, WriteTime 3, "
+         "FileSize 12345, ShowCommand 3, HotKey 0x0641"},
+        {"minidump_header", Little,
+         "MDMP 4:0x6380A793 4:13 4:32 4: 4:1700000000 8:2 4:7 4:56 4:188",
+         "sizeof 44, Signature \"MDMP\", NumberOfStreams 13, Flags 2, first.StreamType 7, "
+         "first.Rva 188"},
+        {"registry_hive", Little,
+         "regf 4:77 4:77 8:0x01D9000000000000 4:1 4:5 4: 4:1 4:32 4:8192 4:1 2:0x53 2:0x41 2:0x4D "
+         "58: 396: 4:0xDEADBEEF",
+         "sizeof 512, signature \"regf\", primary_sequence 77, last_written 0x01D9000000000000, "
+         "minor_version 5, root_cell_offset 32, bins_size 8192, "
+         "file_name 53 00 41 00 4D 00 00 00 00 00 00 00 00 00 00 00 ..., checksum 0xDEADBEEF"},
+    };
+    for (const Case& c : cases)
+        Sample(c.pattern, Assemble(c.bytes, c.byteOrder), 0, c.byteOrder).Expect(c.members);
 }
 
 } // namespace

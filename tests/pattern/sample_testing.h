@@ -1,15 +1,13 @@
-// Lays one of the shipped sample patterns over bytes and answers by member name.
+// Lays the shipped sample patterns over bytes.
 #pragma once
 
 #include "tests/pattern/pattern_testing.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <optional>
 #include <string>
 
 namespace kvx {
@@ -29,7 +27,8 @@ inline std::string ReadText(const std::filesystem::path& path) {
 class Sample {
 public:
     Sample(const std::string& name, std::string_view content, std::size_t caret = 0,
-           ByteOrder byteOrder = ByteOrder::Little) {
+           ByteOrder byteOrder = ByteOrder::Little)
+        : name_(name) {
         const std::string text = ReadText(SourceRoot() / "patterns" / (name + ".kvpat"));
         const Outcome<SharedPattern> load = LoadText(text);
         EXPECT_TRUE(load) << name << ": " << Utf16ToUtf8(load.error);
@@ -47,13 +46,30 @@ public:
     }
 
     /// Size of the struct in bytes.
-    std::uint64_t Size() const { return size_; }
+    std::size_t Size() const { return static_cast<std::size_t>(size_); }
 
     /// Number in decimal, or text in quotes.
     std::string operator[](std::string_view path) const { return ValueOf(shown_, path); }
 
-    /// Number with "0x", or bytes.
-    std::string Hex(std::string_view path) const { return ValueOf(raw_, path); }
+    std::size_t Number(std::string_view path) const {
+        return static_cast<std::size_t>(std::stoull((*this)[path]));
+    }
+
+    /// Compares with "member value, member value, ...". A value is text in quotes, a number in
+    /// decimal or with "0x", or bytes. The member "sizeof" is the whole struct.
+    void Expect(const std::string& members) const {
+        std::string actual;
+        std::istringstream stream(members);
+        for (std::string path, value;
+             stream >> path && std::getline(stream >> std::ws, value, ',');) {
+            const bool isShown =
+                value.front() == '"' || value.find_first_not_of("0123456789") == std::string::npos;
+            actual += (actual.empty() ? "" : ", ") + path + " ";
+            actual +=
+                path == "sizeof" ? std::to_string(size_) : ValueOf(isShown ? shown_ : raw_, path);
+        }
+        EXPECT_EQ(actual, members) << name_;
+    }
 
 private:
     static std::string ValueOf(const std::vector<StructViewRow>& rows, std::string_view path) {
@@ -65,9 +81,10 @@ private:
             if ((isNested ? parent + "." + name.substr(2) : name) == path)
                 return Utf16ToUtf8(row.Value());
         }
-        return "(no member " + std::string(path) + ")";
+        return "(no member)";
     }
 
+    std::string name_;
     std::vector<StructViewRow> shown_;
     std::vector<StructViewRow> raw_;
     std::uint64_t size_ = 0;
