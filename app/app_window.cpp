@@ -3,6 +3,7 @@
 #include "app/command_dispatch.h"
 #include "app/commands.h"
 #include "app/file_commands.h"
+#include "app/pane_commands.h"
 #include "app/window_placement.h"
 #include "platform/system.h"
 #include "platform/win32/wide.h"
@@ -43,6 +44,8 @@ struct KeyCommand {
 // All with the Control key.
 constexpr KeyCommand kAccelerators[] = {
     {'R', Command::ToggleReadOnly},
+    {'F', Command::Find},
+    {'G', Command::GoTo},
 };
 
 struct DropTraits {
@@ -114,7 +117,7 @@ std::vector<std::u16string> DroppedPaths(HDROP handle) {
 } // namespace
 
 AppWindow::AppWindow(AppWindowOptions options)
-    : options_(std::move(options)), shell_(host_, host_.HexViewPane().View()) {}
+    : options_(std::move(options)), shell_(host_, paneHost_, host_.HexViewPane().View()) {}
 
 AppWindow::~AppWindow() {
     if (MainWindow() != nullptr) ::DestroyWindow(MainWindow());
@@ -124,6 +127,7 @@ bool AppWindow::Initialize(HINSTANCE instance, std::optional<std::u16string> sta
     instance_ = instance;
     startFile_ = std::move(startFile);
     const std::u16string settingsError = LoadShell();
+    StartPanes(shell_);
 
     INITCOMMONCONTROLSEX controls{sizeof(controls), ICC_BAR_CLASSES | ICC_STANDARD_CLASSES};
     ::InitCommonControlsEx(&controls);
@@ -190,6 +194,7 @@ LRESULT CALLBACK AppWindow::Procedure(HWND window, UINT message, WPARAM wParam,
         const auto* const creation = reinterpret_cast<const CREATESTRUCTW*>(lParam);
         auto* const created = static_cast<AppWindow*>(creation->lpCreateParams);
         created->host_.SetMainWindow(window);
+        created->paneHost_.SetMainWindow(window);
         ::SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(created));
     }
     auto* const self = reinterpret_cast<AppWindow*>(::GetWindowLongPtrW(window, GWLP_USERDATA));
@@ -197,6 +202,7 @@ LRESULT CALLBACK AppWindow::Procedure(HWND window, UINT message, WPARAM wParam,
     if (message == WM_NCDESTROY) {
         ::SetWindowLongPtrW(window, GWLP_USERDATA, 0);
         self->host_.SetMainWindow(nullptr);
+        self->paneHost_.SetMainWindow(nullptr);
         return ::DefWindowProcW(window, message, wParam, lParam);
     }
     try {
@@ -215,6 +221,9 @@ LRESULT AppWindow::Dispatch(UINT message, WPARAM wParam, LPARAM lParam) {
         return 1; // the children cover everything; erasing first would only flash in dark themes
     case WM_SIZE:
         return OnSize();
+    case WM_MOVE:
+        paneHost_.Dock();
+        return 0;
     case WM_SETFOCUS:
         return OnSetFocus();
     case WM_CLOSE:
@@ -241,8 +250,38 @@ LRESULT AppWindow::Dispatch(UINT message, WPARAM wParam, LPARAM lParam) {
         shell_.OnZoomChanged();
         return 0;
     default:
-        return Default(message, wParam, lParam);
+        return DispatchPaneMessage(message, wParam, lParam);
     }
+}
+
+LRESULT AppWindow::DispatchPaneMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (static_cast<PaneNotification>(message)) {
+    case PaneNotification::InspectorResult:
+        ShowInspectorRows(shell_, PaneHostWindow::TakeInspectorRows(lParam));
+        return 0;
+    case PaneNotification::InspectorClosed:
+        OnInspectorClosed(shell_);
+        return 0;
+    case PaneNotification::StructViewClosed:
+        OnStructViewClosed(shell_);
+        return 0;
+    case PaneNotification::OpenPattern:
+        OpenStructPattern(shell_);
+        return 0;
+    case PaneNotification::StructViewResult:
+        ShowStructRows(shell_, PaneHostWindow::TakeStructRows(lParam));
+        return 0;
+    case PaneNotification::ClosePattern:
+        CloseStructPattern(shell_);
+        return 0;
+    case PaneNotification::ReloadPattern:
+        ReloadStructPattern(shell_);
+        return 0;
+    case PaneNotification::ValueFormat:
+        ChooseValueFormat(shell_, static_cast<std::uint32_t>(wParam));
+        return 0;
+    }
+    return Default(message, wParam, lParam);
 }
 
 LRESULT AppWindow::Default(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -253,6 +292,7 @@ LRESULT AppWindow::OnCreate() {
     if (!CreateChildren()) return -1;
     shell_.AttachDocument();
     shell_.ApplySettingsToView();
+    ShowPanes(shell_);
     shell_.ShowStatusBackground();
     shell_.RefreshAll();
     Layout();
@@ -274,6 +314,7 @@ void AppWindow::Layout() {
     ::GetClientRect(MainWindow(), &client);
     const int height = std::max(0, static_cast<int>(client.bottom) - host_.StatusBar().HeightPx());
     ::MoveWindow(host_.HexViewPane().Handle(), 0, 0, client.right, height, TRUE);
+    paneHost_.Dock();
 }
 
 LRESULT AppWindow::OnSize() {
@@ -293,6 +334,8 @@ LRESULT AppWindow::OnClose() {
 }
 
 LRESULT AppWindow::OnDestroy() {
+    StopPanes(shell_);
+    paneHost_.DropPostedRows();
     host_.MenuBar().Release();
     accelerators_.Reset();
     ::PostQuitMessage(0);

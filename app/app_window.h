@@ -2,6 +2,7 @@
 // other windows for the life of the process. Unpacks messages for the shell's portable functions.
 #pragma once
 
+#include "app/pane_host_window.h"
 #include "app/shell.h"
 #include "app/shell_host_window.h"
 #include "platform/win32/handle.h"
@@ -54,12 +55,14 @@ public:
     const HexViewWindow& View() const { return host_.HexViewPane(); }
     const AppSettings& Settings() const { return shell_.Settings(); }
     const StatusBarWindow& StatusBar() const { return host_.StatusBar(); }
+    const PaneHostWindow& Panes() const { return paneHost_; }
     bool Busy() const { return shell_.Busy(); }
 
 private:
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam,
                                       LPARAM lParam) noexcept;
     LRESULT Dispatch(UINT message, WPARAM wParam, LPARAM lParam);
+    LRESULT DispatchPaneMessage(UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT Default(UINT message, WPARAM wParam, LPARAM lParam);
 
     LRESULT OnCreate();
@@ -85,6 +88,7 @@ private:
     std::optional<std::u16string> startFile_; ///< until it was opened
     UniqueAcceleratorTable accelerators_;
     ShellHostWindow host_;
+    PaneHostWindow paneHost_;
     Shell shell_;
     bool tellingOfException_ = false;
 };

@@ -1,8 +1,13 @@
 #include "app/command_dispatch.h"
 
+#include "app/about_command.h"
 #include "app/commands.h"
 #include "app/encoding_commands.h"
 #include "app/file_commands.h"
+#include "app/find_command.h"
+#include "app/font_command.h"
+#include "app/goto_command.h"
+#include "app/pane_commands.h"
 #include "app/view_commands.h"
 
 namespace kvx {
@@ -23,6 +28,8 @@ constexpr CommandRow kCommands[] = {
     {Command::Close, Command::Close, [](Shell& shell, std::uint32_t) { CloseFile(shell); }},
     {Command::ToggleReadOnly, Command::ToggleReadOnly,
      [](Shell& shell, std::uint32_t) { ToggleReadOnly(shell); }},
+    {Command::Find, Command::Find, [](Shell& shell, std::uint32_t) { FindInFile(shell); }},
+    {Command::GoTo, Command::GoTo, [](Shell& shell, std::uint32_t) { GoToOffset(shell); }},
     {Command::EncodingFirst, Command::EncodingLast,
      [](Shell& shell, std::uint32_t index) {
          SelectEncoding(shell, static_cast<TextEncoding>(index));
@@ -38,11 +45,17 @@ constexpr CommandRow kCommands[] = {
     {Command::ZoomOut, Command::ZoomOut, [](Shell& shell, std::uint32_t) { ZoomOut(shell); }},
     {Command::ZoomIn, Command::ZoomIn, [](Shell& shell, std::uint32_t) { ZoomIn(shell); }},
     {Command::ZoomReset, Command::ZoomReset, [](Shell& shell, std::uint32_t) { ResetZoom(shell); }},
+    {Command::ToggleDataInspector, Command::ToggleDataInspector,
+     [](Shell& shell, std::uint32_t) { ToggleInspector(shell); }},
+    {Command::ToggleStructView, Command::ToggleStructView,
+     [](Shell& shell, std::uint32_t) { ToggleStructView(shell); }},
+    {Command::Font, Command::Font, [](Shell& shell, std::uint32_t) { ChooseHexViewFont(shell); }},
     {Command::Exit, Command::Exit, [](Shell& shell, std::uint32_t) { Exit(shell); }},
     {Command::LanguageSystem, Command::LanguageJapanese,
      [](Shell& shell, std::uint32_t index) {
          SelectLanguage(shell, static_cast<UiLanguage>(index));
      }},
+    {Command::About, Command::About, [](Shell& shell, std::uint32_t) { ShowAbout(shell); }},
     {Command::FavoriteFirst, Command::FavoriteLast, SelectFavoriteEncoding},
     {Command::RecentFirst, kLastCommand,
      [](Shell& shell, std::uint32_t index) { OpenRecentFile(shell, index); }},

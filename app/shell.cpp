@@ -1,6 +1,7 @@
 #include "app/shell.h"
 
 #include "app/menu_model.h"
+#include "app/pane_commands.h"
 #include "app/status_text.h"
 #include "app/window_title.h"
 #include "settings/settings_file.h"
@@ -13,22 +14,10 @@ namespace {
 constexpr float kDefaultFontPoints = 12.0F;
 constexpr char16_t kDefaultFontFamily[] = u"Consolas";
 
-// Counts a modal box while it is on the screen.
-class ModalScope {
-public:
-    explicit ModalScope(int& depth) : depth_(depth) { ++depth_; }
-    ~ModalScope() { --depth_; }
-    ModalScope(const ModalScope&) = delete;
-    ModalScope& operator=(const ModalScope&) = delete;
-
-private:
-    int& depth_;
-};
-
 } // namespace
 
-Shell::Shell(ShellHost& host, HexView& view, FileLayer& files)
-    : host_(host), view_(view), document_(files) {}
+Shell::Shell(ShellHost& host, PaneHost& paneHost, HexView& view, FileLayer& files)
+    : host_(host), view_(view), document_(files), panes_(paneHost) {}
 
 void Shell::Load(std::u16string programFolder, std::u16string settingsPath) {
     strings_.SetBaseFolder(std::move(programFolder));
@@ -43,18 +32,18 @@ void Shell::Load(std::u16string programFolder, std::u16string settingsPath) {
 }
 
 SaveChangesAnswer Shell::AskSaveChanges() {
-    const ModalScope modal(modalDepth_);
-    return host_.AskSaveChanges(Text("confirm.save_changes"), Text("app.title"));
+    return WhileModal([this](ShellHost& host) {
+        return host.AskSaveChanges(Text("confirm.save_changes"), Text("app.title"));
+    });
 }
 
-void Shell::ShowError(const std::u16string& text) {
-    const ModalScope modal(modalDepth_);
-    host_.ShowError(text, Text("app.title"));
+void Shell::ShowError(const std::u16string& text, std::string_view captionKey) {
+    WhileModal([&](ShellHost& host) { host.ShowError(text, Text(captionKey)); });
 }
 
 std::optional<std::u16string> Shell::ChooseFileToOpen() {
-    const ModalScope modal(modalDepth_);
-    return host_.ChooseFile(Text("dialog.open.title"));
+    return WhileModal(
+        [this](ShellHost& host) { return host.ChooseFile(Text("dialog.open.title")); });
 }
 
 void Shell::ApplySettingsToView() {
@@ -68,8 +57,7 @@ void Shell::AttachDocument() {
 }
 
 void Shell::RebuildMenu() {
-    host_.ShowMenu(
-        BuildMenuBar(CurrentMenuState(), [this](std::string_view key) { return Text(key); }));
+    host_.ShowMenu(BuildMenuBar(CurrentMenuState(), TextsByKey()));
 }
 
 void Shell::UpdateTitle() {
@@ -79,15 +67,15 @@ void Shell::UpdateTitle() {
 }
 
 void Shell::RefreshStatus() {
-    host_.ShowStatus(
-        StatusText(CurrentStatusState(), [this](std::string_view key) { return Text(key); }),
-        flash_ ? StatusFlashColors() : StatusColorsOf(view_.State().theme));
+    host_.ShowStatus(StatusText(CurrentStatusState(), TextsByKey()),
+                     flash_ ? StatusFlashColors() : StatusColorsOf(view_.State().theme));
 }
 
 void Shell::RefreshAll() {
     RebuildMenu();
     UpdateTitle();
     RefreshStatus();
+    SchedulePaneUpdates(*this);
 }
 
 void Shell::ShowStatusBackground() {
@@ -147,6 +135,7 @@ void Shell::ShowProgress(std::string_view textKey, std::uint64_t done, std::uint
 void Shell::OnViewChanged() {
     UpdateTitle();
     RefreshStatus();
+    SchedulePaneUpdates(*this);
 }
 
 void Shell::OnEditRefused() {

@@ -3,6 +3,7 @@
 // work on it. Owned by the application window; main thread only.
 #pragma once
 
+#include "app/panes.h"
 #include "app/progress_throttle.h"
 #include "app/shell_host.h"
 #include "document/editable_document.h"
@@ -21,14 +22,15 @@ inline constexpr std::uint32_t kFlashMs = 900;
 
 class Shell {
 public:
-    /// `host`, `view` and `files` must outlive the shell. Files are opened through `files`.
-    Shell(ShellHost& host, HexView& view, FileLayer& files = SystemFileLayer());
+    /// All of these must outlive the shell. Files are opened through `files`.
+    Shell(ShellHost& host, PaneHost& paneHost, HexView& view, FileLayer& files = SystemFileLayer());
 
     /// Says where the string files (in resources/strings/ of `programFolder`) and the settings file
     /// are, and loads the settings.
     void Load(std::u16string programFolder, std::u16string settingsPath);
 
     ShellHost& Host() { return host_; }
+    AnalysisPanes& Panes() { return panes_; }
     HexView& View() { return view_; }
     EditableDocument& Document() { return document_; }
     const EditableDocument& Document() const { return document_; }
@@ -37,6 +39,10 @@ public:
     StringTable& Strings() { return strings_; }
     std::u16string Text(std::string_view key) const { return strings_.Get(key); }
 
+    TextLookup TextsByKey() const {
+        return [this](std::string_view key) { return Text(key); };
+    }
+
     /// False while a save or a search runs or a question waits for its answer: commands that arrive
     /// meanwhile (by whatever way) are dropped, so that none runs inside another.
     bool AcceptsCommands() const { return !Busy() && modalDepth_ == 0; }
@@ -44,10 +50,17 @@ public:
     /// True while a save or a search runs.
     bool Busy() const { return progress_.has_value(); }
 
-    // Modal boxes; the caption is the program's title.
+    // Modal boxes; the caption is the program's title unless another key is given.
     SaveChangesAnswer AskSaveChanges();
-    void ShowError(const std::u16string& text);
+    void ShowError(const std::u16string& text, std::string_view captionKey = "app.title");
     std::optional<std::u16string> ChooseFileToOpen();
+
+    /// Gives what `ask` does, which shows something modal on the host.
+    template <typename Ask>
+    auto WhileModal(Ask ask) {
+        const ModalScope modal(modalDepth_);
+        return ask(host_);
+    }
 
     // Showing the state.
     void ApplySettingsToView();
@@ -55,7 +68,7 @@ public:
     void RebuildMenu();
     void UpdateTitle();
     void RefreshStatus();
-    void RefreshAll(); ///< menu, title and status
+    void RefreshAll(); ///< menu, title, status and panes
     void ShowStatusBackground();
 
     /// Stores the version label and writes the settings file. A file that cannot be written is no
@@ -79,6 +92,18 @@ public:
     void OnFlashTimer();
 
 private:
+    // Counts a modal box while it is on the screen.
+    class ModalScope {
+    public:
+        explicit ModalScope(int& depth) : depth_(depth) { ++depth_; }
+        ~ModalScope() { --depth_; }
+        ModalScope(const ModalScope&) = delete;
+        ModalScope& operator=(const ModalScope&) = delete;
+
+    private:
+        int& depth_;
+    };
+
     void BeginProgress(std::string_view textKey);
     void ShowProgress(std::string_view textKey, std::uint64_t done, std::uint64_t total);
     MenuState CurrentMenuState() const;
@@ -94,6 +119,7 @@ private:
     std::optional<std::u16string> progress_; ///< the progress text while a save or a search runs
     ProgressThrottle throttle_;
     int modalDepth_ = 0; ///< questions that wait for their answer
+    AnalysisPanes panes_;
 };
 
 } // namespace kvx

@@ -1,6 +1,7 @@
 // What the shell asks of its main window and of the system. Tests put a recording host here.
 #pragma once
 
+#include "app/dialogs.h"
 #include "app/menu_model.h"
 #include "app/status_text.h"
 
@@ -13,8 +14,8 @@ namespace kvx {
 
 enum class SaveChangesAnswer : std::uint8_t { Yes, No, Cancel };
 
-/// Every call comes from the main thread. The first three are modal: they return when the user has
-/// answered, and other messages are dispatched meanwhile.
+/// Every call comes from the main thread. Those above StartProcess are modal: they return when the
+/// user has answered, and other messages are dispatched meanwhile.
 class ShellHost {
 public:
     virtual ~ShellHost() = default;
@@ -26,6 +27,20 @@ public:
 
     /// Lets the user choose an existing file; empty when the user cancels.
     virtual std::optional<std::u16string> ChooseFile(const std::u16string& title) = 0;
+
+    /// The line that the user typed; empty when the user cancels.
+    virtual std::optional<std::u16string> Prompt(const PromptContent& content) = 0;
+
+    /// Returns when the user closes the dialog, in which any number of searches may run.
+    virtual void ShowSearchDialog(const SearchDialogContent& content, const TextLookup& text) = 0;
+
+    /// The font that the user chose; empty when the user cancels.
+    virtual std::optional<FontChoice> ChooseFont(const FontDialogContent& content,
+                                                 const TextLookup& text) = 0;
+    virtual void ShowAboutBox(const AboutContent& content, const TextLookup& text) = 0;
+
+    /// Every font of the system; a family may be listed several times.
+    virtual std::vector<InstalledFont> InstalledFonts() = 0;
 
     /// Opens `file` in a new process of the program, without waiting for it; false on failure.
     virtual bool StartProcess(const std::u16string& file) = 0;

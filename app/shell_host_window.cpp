@@ -1,13 +1,30 @@
 #include "app/shell_host_window.h"
 
+#include "app/about_dialog.h"
 #include "app/command_line.h"
+#include "app/font_dialog.h"
 #include "app/open_file_dialog.h"
+#include "app/prompt_dialog.h"
 #include "app/shell.h"
 #include "platform/system.h"
 #include "platform/win32/handle.h"
 #include "platform/win32/wide.h"
 
 namespace kvx {
+namespace {
+
+class ShownScope {
+public:
+    ShownScope(SearchDialog*& shown, SearchDialog& dialog) : shown_(shown) { shown_ = &dialog; }
+    ~ShownScope() { shown_ = nullptr; }
+    ShownScope(const ShownScope&) = delete;
+    ShownScope& operator=(const ShownScope&) = delete;
+
+private:
+    SearchDialog*& shown_;
+};
+
+} // namespace
 
 SaveChangesAnswer ShellHostWindow::AskSaveChanges(const std::u16string& text,
                                                   const std::u16string& caption) {
@@ -28,6 +45,29 @@ void ShellHostWindow::ShowError(const std::u16string& text, const std::u16string
 
 std::optional<std::u16string> ShellHostWindow::ChooseFile(const std::u16string& title) {
     return ChooseExistingFile(window_, {.title = title});
+}
+
+std::optional<std::u16string> ShellHostWindow::Prompt(const PromptContent& content) {
+    return AskForLine(window_, content);
+}
+
+void ShellHostWindow::ShowSearchDialog(const SearchDialogContent& content, const TextLookup& text) {
+    SearchDialog dialog(content, text);
+    const ShownScope shown(searchDialog_, dialog);
+    dialog.Show(window_);
+}
+
+std::optional<FontChoice> ShellHostWindow::ChooseFont(const FontDialogContent& content,
+                                                      const TextLookup& text) {
+    return ChooseFontIn(window_, content, text);
+}
+
+void ShellHostWindow::ShowAboutBox(const AboutContent& content, const TextLookup& text) {
+    kvx::ShowAboutBox(window_, content, text);
+}
+
+std::vector<InstalledFont> ShellHostWindow::InstalledFonts() {
+    return ListInstalledFonts();
 }
 
 bool ShellHostWindow::StartProcess(const std::u16string& file) {
@@ -82,6 +122,9 @@ void ShellHostWindow::PumpMessages() {
             ::PostQuitMessage(static_cast<int>(message.wParam));
             return;
         }
+        // Esc and Enter reach the search dialog's buttons also while it waits for a search.
+        if (searchDialog_ != nullptr && ::IsDialogMessageW(searchDialog_->Window(), &message))
+            continue;
         ::TranslateMessage(&message);
         ::DispatchMessageW(&message);
     }

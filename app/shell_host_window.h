@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/menu_bar_window.h"
+#include "app/search_dialog.h"
 #include "app/shell_host.h"
 #include "app/status_bar_window.h"
 #include "hexview/hex_view_window.h"
@@ -32,6 +33,12 @@ public:
                                      const std::u16string& caption) override;
     void ShowError(const std::u16string& text, const std::u16string& caption) override;
     std::optional<std::u16string> ChooseFile(const std::u16string& title) override;
+    std::optional<std::u16string> Prompt(const PromptContent& content) override;
+    void ShowSearchDialog(const SearchDialogContent& content, const TextLookup& text) override;
+    std::optional<FontChoice> ChooseFont(const FontDialogContent& content,
+                                         const TextLookup& text) override;
+    void ShowAboutBox(const AboutContent& content, const TextLookup& text) override;
+    std::vector<InstalledFont> InstalledFonts() override;
     bool StartProcess(const std::u16string& file) override;
     void ShowTitle(const std::u16string& title) override;
     void ShowMenu(const std::vector<MenuItem>& menuBar) override;
@@ -51,7 +58,8 @@ private:
     MenuBarWindow menuBar_;
     StatusBarWindow statusBar_;
     HexViewWindow hexView_;
-    std::u16string title_; ///< as shown now
+    std::u16string title_;                 ///< as shown now
+    SearchDialog* searchDialog_ = nullptr; ///< while it is shown
 };
 
 } // namespace kvx

@@ -22,12 +22,16 @@ SearchOutcome FoundAt(std::uint64_t offset) {
     return {SearchStatus::Found, offset};
 }
 
+std::uint64_t Position(const Bytes& bytes, Bytes::const_iterator hit) {
+    return static_cast<std::uint64_t>(std::distance(bytes.begin(), hit));
+}
+
 // By the standard library, over all bytes at once.
 SearchOutcome ExpectedForward(const Bytes& bytes, const Bytes& pattern, std::uint64_t start) {
     if (start >= bytes.size()) return {};
     const auto from = std::next(bytes.begin(), static_cast<std::ptrdiff_t>(start));
     const auto hit = std::search(from, bytes.end(), pattern.begin(), pattern.end());
-    return hit == bytes.end() ? SearchOutcome{} : FoundAt(std::distance(bytes.begin(), hit));
+    return hit == bytes.end() ? SearchOutcome{} : FoundAt(Position(bytes, hit));
 }
 
 SearchOutcome ExpectedBackward(const Bytes& bytes, const Bytes& pattern, std::uint64_t start) {
@@ -36,7 +40,7 @@ SearchOutcome ExpectedBackward(const Bytes& bytes, const Bytes& pattern, std::ui
     const std::uint64_t end = std::min(start, bytes.size() - length) + length;
     const auto to = std::next(bytes.begin(), static_cast<std::ptrdiff_t>(end));
     const auto hit = std::find_end(bytes.begin(), to, pattern.begin(), pattern.end());
-    return hit == to ? SearchOutcome{} : FoundAt(std::distance(bytes.begin(), hit));
+    return hit == to ? SearchOutcome{} : FoundAt(Position(bytes, hit));
 }
 
 class Dice {

@@ -7,8 +7,10 @@
 #include "tests/hexview/view_stage.h"
 #include "tests/support/temp_folder.h"
 
+#include <condition_variable>
 #include <deque>
 #include <functional>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -36,6 +38,25 @@ public:
         OnModal(dialogTitle);
         return chosenFile;
     }
+    std::optional<std::u16string> Prompt(const PromptContent& content) override {
+        OnModal(content.prompt + u"|" + content.title + u"|" + content.initialText);
+        return typedLine;
+    }
+    void ShowSearchDialog(const SearchDialogContent& content, const TextLookup&) override {
+        OnModal(u"search dialog");
+        searchDialog = content;
+    }
+    std::optional<FontChoice> ChooseFont(const FontDialogContent& content,
+                                         const TextLookup&) override {
+        OnModal(u"font dialog");
+        fontDialog = content;
+        return chosenFont;
+    }
+    void ShowAboutBox(const AboutContent& content, const TextLookup&) override {
+        OnModal(u"about box");
+        aboutBox = content;
+    }
+    std::vector<InstalledFont> InstalledFonts() override { return installedFonts; }
     bool StartProcess(const std::u16string& file) override {
         processes.push_back(file);
         return processesStart;
@@ -58,12 +79,18 @@ public:
     // What the user does.
     std::deque<SaveChangesAnswer> answers;
     std::optional<std::u16string> chosenFile;
+    std::optional<std::u16string> typedLine;
+    std::optional<FontChoice> chosenFont;
+    std::vector<InstalledFont> installedFonts;
     bool processesStart = true;
     std::function<void()> duringModal; ///< runs while a box is shown
     std::function<void()> duringPump;
 
     // What was shown.
     std::vector<std::u16string> boxes; ///< "text|caption", dialogs by their title
+    SearchDialogContent searchDialog;
+    FontDialogContent fontDialog;
+    AboutContent aboutBox;
     std::vector<std::u16string> processes;
     std::u16string title;
     std::vector<MenuItem> menu;
@@ -82,6 +109,85 @@ private:
     }
 };
 
+/// What other threads leave for the test.
+template <typename T>
+class Mailbox {
+public:
+    void Put(T item) {
+        const std::lock_guard lock(mutex_);
+        items_.push_back(std::move(item));
+        arrived_.notify_one();
+    }
+    /// Waits for the next one.
+    T Take() {
+        std::unique_lock lock(mutex_);
+        arrived_.wait(lock, [this] { return !items_.empty(); });
+        T item = std::move(items_.front());
+        items_.pop_front();
+        return item;
+    }
+
+private:
+    std::mutex mutex_;
+    std::condition_variable arrived_;
+    std::deque<T> items_;
+};
+
+/// Panes without windows. Rows from the workers wait until a test takes them.
+class RecordingPaneHost final : public PaneHost {
+public:
+    bool CreateInspector(const InspectorModel&, const TextLookup&, Theme shownTheme) override {
+        theme = shownTheme;
+        return hasInspector = windowsCanBeMade;
+    }
+    void DestroyInspector() override { hasInspector = false; }
+    bool HasInspector() const override { return hasInspector; }
+    bool CreateStructView(StructViewModel&, const TextLookup&, Theme shownTheme) override {
+        theme = shownTheme;
+        return hasStructView = windowsCanBeMade;
+    }
+    void DestroyStructView() override { hasStructView = false; }
+    bool HasStructView() const override { return hasStructView; }
+    void ShowInspectorRows() override { ++inspectorShows; }
+    void ShowStructRows() override { ++structShows; }
+    void ShowStructPattern() override { ++patternShows; }
+    void ShowTexts() override { ++textShows; }
+    void ShowTheme(Theme shownTheme) override { theme = shownTheme; }
+    std::optional<std::u16string> ChoosePattern(const std::u16string& title,
+                                                const std::u16string& folder) override {
+        dialogs.push_back(title + u"|" + folder);
+        return chosenPattern;
+    }
+    bool IsStructViewActive() const override { return structViewActive; }
+    void ActivateStructView() override { ++activations; }
+    bool PostInspectorRows(std::unique_ptr<PostedInspectorRows>&& rows) override {
+        inspectorRows.Put(std::move(*rows));
+        return true;
+    }
+    bool PostStructRows(std::unique_ptr<PostedStructRows>&& rows) override {
+        structRows.Put(std::move(*rows));
+        return true;
+    }
+
+    bool windowsCanBeMade = true;
+    std::optional<std::u16string> chosenPattern;
+    bool structViewActive = false;
+    bool hasInspector = false;
+    bool hasStructView = false;
+
+    // What was shown, and how often.
+    Theme theme = Theme::Light;
+    int inspectorShows = 0;
+    int structShows = 0;
+    int patternShows = 0;
+    int textShows = 0;
+    int activations = 0;
+    std::vector<std::u16string> dialogs; ///< "title|folder"
+
+    Mailbox<PostedInspectorRows> inspectorRows;
+    Mailbox<PostedStructRows> structRows;
+};
+
 /// A started shell with nothing open; texts are their keys.
 struct ShellRig {
     ShellRig() {
@@ -95,7 +201,8 @@ struct ShellRig {
     FaultyFileLayer files;
     ViewStage stage;
     RecordingShellHost host;
-    Shell shell{host, stage.view, files};
+    RecordingPaneHost paneHost;
+    Shell shell{host, paneHost, stage.view, files};
 };
 
 } // namespace kvx

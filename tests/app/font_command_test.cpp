@@ -1,0 +1,69 @@
+#include "app/font_command.h"
+
+#include "settings/settings_file.h"
+#include "tests/app/shell_fakes.h"
+
+#include <gtest/gtest.h>
+
+namespace kvx {
+namespace {
+
+TEST(FontChoice, OffersEachFixedPitchFamilyOnceInAlphabeticalOrder) {
+    const std::vector<InstalledFont> installed{
+        {u"monaco", true}, {u"Arial", false},     {u"Zed", true},      {u"consolas", true},
+        {u"", true},       {u"@MS Gothic", true}, {u"Consolas", true}, {u"Zed", true},
+    };
+    EXPECT_EQ(FixedPitchFamilies(installed),
+              (std::vector<std::u16string>{u"consolas", u"monaco", u"Zed"}));
+}
+
+TEST(FontChoice, PreselectsTheCurrentFontOrTheFirst) {
+    const std::vector<std::u16string> families{u"Consolas", u"Monaco"};
+    EXPECT_EQ(FamilyIndex(families, u"MONACO"), 1U);
+    EXPECT_EQ(FamilyIndex(families, u"Courier"), 0U);
+    const std::pair<float, int> sizes[] = {
+        {12.4F, 12}, {12.5F, 13}, {15.0F, 8}, {28.0F, 28}, {48.0F, 8}};
+    for (const auto& [points, preselected] : sizes)
+        EXPECT_EQ(kFontPoints[PointsIndex(points)], preselected) << points;
+}
+
+class FontCommand : public testing::Test {
+protected:
+    AppSettings Stored() const {
+        AppSettings stored;
+        LoadSettings(rig.folder.Path(u"settings.json"), stored);
+        return stored;
+    }
+
+    ShellRig rig;
+};
+
+TEST_F(FontCommand, ShowsAndStoresTheChoice) {
+    rig.host.installedFonts = {{u"Monaco", true}, {u"Consolas", true}};
+    rig.host.chosenFont = FontChoice{u"Monaco", 24.0F, true, false};
+    ChooseHexViewFont(rig.shell);
+    EXPECT_EQ(rig.host.fontDialog.families, (std::vector<std::u16string>{u"Consolas", u"Monaco"}));
+    EXPECT_EQ(rig.host.fontDialog.current, (FontChoice{u"Consolas", 12.0F, false, false}));
+    EXPECT_EQ(rig.stage.State().fontFamily, u"Monaco");
+    EXPECT_FLOAT_EQ(rig.stage.State().fontSizeDip, 32.0F);
+    AppSettings expected;
+    expected.appVersion = kAppVersionLabel;
+    expected.fontFamily = u"Monaco";
+    expected.fontSize = 24.0F;
+    expected.bold = true;
+    EXPECT_EQ(Stored(), expected);
+    ChooseHexViewFont(rig.shell);
+    EXPECT_EQ(rig.host.fontDialog.current, *rig.host.chosenFont);
+}
+
+TEST_F(FontCommand, LeavesEverythingAsItWasWhenCancelledOrWithoutAFont) {
+    ChooseHexViewFont(rig.shell);
+    EXPECT_EQ(rig.host.boxes, std::vector<std::u16string>{u"error.font_not_monospace|app.title"});
+    rig.host.installedFonts = {{u"Monaco", true}};
+    ChooseHexViewFont(rig.shell);
+    EXPECT_EQ(rig.stage.State().fontFamily, u"Consolas");
+    EXPECT_FALSE(std::filesystem::exists(rig.folder.Path(u"settings.json")));
+}
+
+} // namespace
+} // namespace kvx
