@@ -41,10 +41,18 @@ std::size_t FileViewModel::ReadInto(std::uint64_t offset, std::span<std::uint8_t
 std::size_t FileViewModel::ReadInto(std::uint64_t offset, std::span<std::uint8_t> target,
                                     ErrorCode& error) const {
     error = 0;
-    if (!IsOpen() || offset >= size_ || target.empty()) return 0;
+    if (!IsOpen() || offset >= size_) return 0;
     // A file that grew since it was opened is still read as it was.
-    const std::uint64_t count = std::min<std::uint64_t>(target.size(), size_ - offset);
-    return file_->ReadAt(offset, target.first(static_cast<std::size_t>(count)), error).value_or(0);
+    target = target.first(
+        static_cast<std::size_t>(std::min<std::uint64_t>(target.size(), size_ - offset)));
+    // Network drives may give less than they have; only nothing at all is the end.
+    std::size_t filled = 0;
+    while (filled < target.size()) {
+        const auto got = file_->ReadAt(offset + filled, target.subspan(filled), error);
+        if (got.value_or(0) == 0) break;
+        filled += *got;
+    }
+    return filled;
 }
 
 } // namespace kvx

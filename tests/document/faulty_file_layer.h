@@ -3,7 +3,9 @@
 
 #include "platform/file_layer.h"
 
+#include <algorithm>
 #include <array>
+#include <limits>
 #include <new>
 #include <optional>
 
@@ -26,8 +28,10 @@ inline constexpr std::array kCallNames = {"OpenForReading", "OpenForWriting", "C
 /// How a call goes wrong.
 enum class Failing {
     WithCode, ///< does nothing and gives the code
-    Short,    ///< reads or writes half of what was asked and says nothing
+    Short,    ///< writes half of what was asked and says nothing
+    CutShort, ///< writes half of what was asked and gives the code
     Throwing, ///< has no memory
+    Killing,  ///< the process is killed: half a write is the last thing that is done
 };
 
 struct Fault {
@@ -41,7 +45,13 @@ class FaultyFileLayer final : public FileLayer {
 public:
     /// At most two faults at a time.
     void Arm(Fault first, std::optional<Fault> second = {}) { faults_ = {first, second}; }
-    void Disarm() { faults_ = {}; }
+    void Disarm() {
+        faults_ = {};
+        isDead_ = false;
+    }
+
+    /// No read gives more than this at once, as on a network.
+    void LimitReads(std::size_t most) { mostPerRead_ = most; }
 
     int Count(Call call) const { return counts_[static_cast<std::size_t>(call)]; }
     void ResetCounts() { counts_ = {}; }
@@ -89,11 +99,9 @@ private:
 
         std::optional<std::size_t> ReadAt(std::uint64_t offset, std::span<std::uint8_t> target,
                                           ErrorCode& error) const override {
-            const Fault* fault = layer_.Meet(Call::Read);
-            if (!fault) return file_->ReadAt(offset, target, error);
-            error = fault->code;
-            if (fault->failing == Failing::WithCode) return std::nullopt;
-            return file_->ReadAt(offset, target.first(target.size() / 2), error);
+            if (layer_.Fails(Call::Read, error)) return std::nullopt;
+            target = target.first(std::min(target.size(), layer_.mostPerRead_));
+            return file_->ReadAt(offset, target, error);
         }
 
     private:
@@ -114,8 +122,10 @@ private:
             const Fault* fault = layer_.Meet(Call::Write);
             if (!fault) return file_->Write(data, written);
             written = 0;
-            if (fault->failing == Failing::WithCode) return FileResult::Failure(fault->code);
-            return file_->Write(data.first(data.size() / 2), written);
+            const FileResult half = fault->failing == Failing::WithCode
+                                        ? FileResult::Success()
+                                        : file_->Write(data.first(data.size() / 2), written);
+            return fault->failing == Failing::Short ? half : FileResult::Failure(fault->code);
         }
 
         FileResult SetEnd() override {
@@ -138,10 +148,13 @@ private:
 
     // Counts the call and gives the fault that is on it; raises the exception of one that throws.
     const Fault* Meet(Call call) {
+        static constexpr Fault kDead{};
+        if (isDead_) return &kDead;
         const int number = ++counts_[static_cast<std::size_t>(call)];
         for (const std::optional<Fault>& fault : faults_) {
             if (!fault || fault->call != call || fault->number != number) continue;
             if (fault->failing == Failing::Throwing) throw std::bad_alloc();
+            isDead_ = fault->failing == Failing::Killing;
             return &*fault;
         }
         return nullptr;
@@ -162,6 +175,8 @@ private:
     FileLayer& files_ = SystemFileLayer();
     std::array<std::optional<Fault>, 2> faults_;
     std::array<int, kCalls.size()> counts_{};
+    bool isDead_ = false;
+    std::size_t mostPerRead_ = std::numeric_limits<std::size_t>::max();
 };
 
 } // namespace kvx

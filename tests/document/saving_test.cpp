@@ -40,6 +40,7 @@ const EditState kStates[] = {
      false},
     {"ReplaceAllByInsertedBytes", 100, [](EditedFile& f) { f.Insert(0, "new"), f.Delete(3, 100); },
      false},
+    {"InsertALongRun", 100, [](EditedFile& f) { f.Insert(50, Pattern(20'000, 7)); }, false},
     {"EverythingInALargeFile", kMiB + 100,
      [](EditedFile& f) {
          f.Overwrite(10, "one"), f.Insert(kMiB, "inserted");
@@ -56,12 +57,8 @@ void ExpectSavedButClosed(const EditedFile& file) {
     EXPECT_EQ(file.document.GetLastErrorText(), u"");
 }
 
-/// Whatever failed, the document is as it was before, and the file on disk too unless it was being
-/// written in place; then each of its bytes is the old or the new one.
-void ExpectNothingLost(const EditedFile& file, bool inPlace) {
-    EXPECT_TRUE(file.document.IsOpen());
-    EXPECT_TRUE(file.document.IsModified());
-    EXPECT_TRUE(file.Shown() == file.expected);
+/// What was not being written in place is as it was; else each byte is the old or the new one.
+void ExpectOldOrNewBytes(const EditedFile& file, bool inPlace) {
     const std::string disk = file.Disk();
     if (!inPlace) {
         EXPECT_TRUE(disk == file.onDisk);
@@ -73,6 +70,14 @@ void ExpectNothingLost(const EditedFile& file, bool inPlace) {
         const bool isNew = i < file.expected.size() && disk[i] == file.expected[i];
         ASSERT_TRUE(isOld || isNew) << i;
     }
+}
+
+/// Whatever failed, the document is as it was before.
+void ExpectNothingLost(const EditedFile& file, bool inPlace) {
+    EXPECT_TRUE(file.document.IsOpen());
+    EXPECT_TRUE(file.document.IsModified());
+    EXPECT_TRUE(file.Shown() == file.expected);
+    ExpectOldOrNewBytes(file, inPlace);
 }
 
 void ExpectALaterSaveSucceeds(EditedFile& file) {
@@ -130,12 +135,13 @@ TEST_P(SavingTest, TheFileBecomesTheDocument) {
 TEST_P(SavingTest, AFailingCallLosesNothingAndItsReasonIsTold) {
     constexpr std::pair<Failing, ErrorCode> kFailures[] = {{Failing::WithCode, kDiskFull},
                                                            {Failing::WithCode, 0},
+                                                           {Failing::CutShort, kDiskFull},
                                                            {Failing::Short, 0},
                                                            {Failing::Throwing, 0}};
     ForEachCall([&](Call call, int number) {
         for (const auto& [failing, code] : kFailures) {
-            const bool partial = call == Call::Read || call == Call::Write;
-            if (failing == Failing::Short && !partial) continue;
+            const bool half = failing == Failing::Short || failing == Failing::CutShort;
+            if (half && call != Call::Write) continue;
             EditedFile& file = Edited();
             file.files.Arm({call, number, failing, code});
             if (failing == Failing::Throwing)
@@ -152,6 +158,35 @@ TEST_P(SavingTest, AFailingCallLosesNothingAndItsReasonIsTold) {
             ExpectALaterSaveSucceeds(file);
         }
     });
+}
+
+TEST_P(SavingTest, AKilledProcessLeavesTheOldBytesOrTheNewOnesAndAtMostATempFile) {
+    ForEachCall([&](Call call, int number) {
+        EditedFile& file = Edited();
+        file.files.Arm({.call = call, .number = number, .failing = Failing::Killing});
+        EXPECT_FALSE(file.document.Save());
+        if (call == Call::OpenForReading)
+            EXPECT_TRUE(file.Disk() == file.expected);
+        else
+            ExpectOldOrNewBytes(file, GetParam().inPlace);
+        EXPECT_LE(file.folder.Names().size(), GetParam().inPlace ? 1U : 2U);
+
+        const std::string left = file.Disk();
+        EditableDocument later;
+        ASSERT_TRUE(later.Open(file.folder.Path(EditedFile::kName)));
+        ASSERT_TRUE(later.InsertByte(0, 'x'));
+        EXPECT_TRUE(later.Save());
+        EXPECT_TRUE(file.Disk() == "x" + left);
+    });
+}
+
+TEST_P(SavingTest, ReadsThatGiveLessThanAskedAreGoneOnWith) {
+    EditedFile& file = Edited();
+    file.files.LimitReads(1000);
+    EXPECT_TRUE(file.Shown() == file.expected);
+    EXPECT_TRUE(file.document.Save());
+    EXPECT_TRUE(file.Disk() == file.expected);
+    EXPECT_TRUE(file.Shown() == file.expected);
 }
 
 TEST_P(SavingTest, AnExceptionOfTheProgressCallbackLosesNothing) {

@@ -8,6 +8,7 @@
 #include <fstream>
 #include <random>
 #include <set>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -75,8 +76,9 @@ public:
 
     /// Content of a file; empty when there is none.
     std::string Read(const std::u16string& name) const {
-        std::ifstream in(root_ / name, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
+        std::ostringstream content;
+        content << std::ifstream(root_ / name, std::ios::binary).rdbuf();
+        return content.str();
     }
 
     /// Names of all that is in the folder.
