@@ -59,12 +59,12 @@ public:
 private:
     void SetClips();
     void AddRows();
-    void AddRow(std::uint64_t row, float top, ByteView bytes);
+    void AddRow(std::uint64_t row, float top, ByteView bytes, RowDecoder& decoder);
     void AddSelection(std::uint64_t rowStart, float top, std::uint64_t byteCount);
     void AddCaret(float top);
     void AddOffset(std::uint64_t rowStart, float top);
     void AddHex(ByteView bytes, float top);
-    void AddCells(std::uint64_t rowStart, ByteView bytes, float top);
+    void AddCells(RowCells cells, float top);
 
     float HexLeft(std::uint64_t column) const {
         return hexStart_ + static_cast<float>(column) * HexCellWidth(state_);
@@ -102,7 +102,9 @@ void FrameBuilder::AddRows() {
     const std::uint64_t first = state_.topRow * kBytesPerRow;
     const std::uint64_t filled = size_ - std::min(size_, first);
     const std::uint64_t visibleRows = std::min(rows, filled / kBytesPerRow + 1);
-    RowReader reader(*state_.document, first, std::min(rows * kBytesPerRow, filled));
+    const std::uint64_t pageBytes = std::min(rows * kBytesPerRow, filled);
+    RowReader reader(*state_.document, first, pageBytes);
+    RowDecoder decoder(state_.document, state_.encoding, first, pageBytes);
     frame_.offsets.texts.reserve(static_cast<std::size_t>(visibleRows) * digits_);
     frame_.hex.texts.reserve(static_cast<std::size_t>(visibleRows * kBytesPerRow));
     frame_.cells.reserve(static_cast<std::size_t>(visibleRows));
@@ -111,17 +113,18 @@ void FrameBuilder::AddRows() {
         const std::uint64_t count = std::min(kBytesPerRow, filled - std::min(filled, done));
         const ByteView bytes = count == 0 ? ByteView() : reader.Read(first + done, count);
         if (bytes.empty() && extraRow != state_.topRow + i) return;
-        AddRow(state_.topRow + i, state_.padding + static_cast<float>(i) * state_.rowHeight, bytes);
+        const float top = state_.padding + static_cast<float>(i) * state_.rowHeight;
+        AddRow(state_.topRow + i, top, bytes, decoder);
     }
 }
 
-void FrameBuilder::AddRow(std::uint64_t row, float top, ByteView bytes) {
+void FrameBuilder::AddRow(std::uint64_t row, float top, ByteView bytes, RowDecoder& decoder) {
     const std::uint64_t rowStart = row * kBytesPerRow;
     AddSelection(rowStart, top, bytes.size());
     if (state_.caret / kBytesPerRow == row) AddCaret(top);
     AddOffset(rowStart, top);
     AddHex(bytes, top);
-    AddCells(rowStart, bytes, top);
+    AddCells(decoder.Decode(rowStart, bytes), top);
 }
 
 void FrameBuilder::AddSelection(std::uint64_t rowStart, float top, std::uint64_t byteCount) {
@@ -180,14 +183,13 @@ void FrameBuilder::AddHex(ByteView bytes, float top) {
     }
 }
 
-void FrameBuilder::AddCells(std::uint64_t rowStart, ByteView bytes, float top) {
-    if (bytes.empty()) return;
+void FrameBuilder::AddCells(RowCells cells, float top) {
+    if (cells.empty()) return;
     // Wide characters may reach over the empty cells behind them, tall marks into the rows around.
     FrameTextGroup group;
     group.clip = frame_.contentClip;
     group.clip.top = std::max(0.0F, top - state_.rowHeight);
     group.clip.bottom = top + 2.0F * state_.rowHeight;
-    RowCells cells = DecodeRow(state_.document, rowStart, bytes, state_.encoding);
     group.texts.reserve(cells.size());
     for (std::size_t column = 0; column < cells.size(); ++column) {
         if (cells[column].empty()) continue;
