@@ -61,6 +61,12 @@ private:
         return values.begin()[Below(static_cast<int>(values.size()))];
     }
 
+    /// What is the same in both languages.
+    void Declare(const std::string& text) {
+        pattern_ += text;
+        c_ += text;
+    }
+
     void AddBuiltInTypes() {
         const auto add = [this](int size, std::initializer_list<const char*> names) {
             for (const char* name : names)
@@ -86,17 +92,12 @@ private:
         const std::string name = isTypedef ? tag + "T" : "struct " + tag;
         report_ += "printf(\"%zu %zu\", sizeof(" + name + "), _Alignof(" + name + "));\n";
 
-        const std::string head =
-            (isTypedef ? "typedef struct " : "struct ") + (isAnonymous ? "" : tag) + " {\n";
-        pattern_ += head;
-        c_ += head;
+        Declare((isTypedef ? "typedef struct " : "struct ") + (isAnonymous ? "" : tag) + " {\n");
         const int count = 1 + Below(8);
         const bool endsFlexible = count > 1 && Below(6) == 0;
         for (int member = 0; member < count; ++member)
             AddMember(name, "m" + std::to_string(member), endsFlexible && member == count - 1);
-        const std::string end = isTypedef ? "} " + name + ";\n" : "};\n";
-        pattern_ += end;
-        c_ += end;
+        Declare(isTypedef ? "} " + name + ";\n" : "};\n");
         report_ += "puts(\"\");\n";
         if (!endsFlexible) MakeKnown(name, tag + "Alias"); // C embeds no struct with such an end
     }
@@ -119,9 +120,7 @@ private:
 
     /// Later members may have the type, and an alias of it.
     void MakeKnown(const std::string& name, const std::string& alias) {
-        const std::string declaration = "typedef " + name + " " + alias + ";\n";
-        pattern_ += declaration;
-        c_ += declaration;
+        Declare("typedef " + name + " " + alias + ";\n");
         types_.push_back({name, name});
         types_.push_back({alias, alias});
     }

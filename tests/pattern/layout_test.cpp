@@ -1,25 +1,10 @@
+// What neither the C compiler can tell nor the examples of the users' reference show.
 #include "tests/pattern/pattern_testing.h"
 
 #include <gtest/gtest.h>
 
-#include <array>
-
 namespace kvx {
 namespace {
-
-TEST(Layout, FillsGapsBetweenMembersAndAtTheEnd) {
-    constexpr std::string_view kStruct = "struct S { char c; int i; short s; };";
-    EXPECT_EQ(LayoutOf(kStruct), "S 12/4: 0 c char=1, 1 <padding> padding[3]=3, 4 i int=4, "
-                                 "8 s short=2, 10 <padding> padding[2]=2");
-    EXPECT_EQ(LayoutOf("@member_align 0 " + std::string(kStruct)),
-              "S 7/1: 0 c char=1, 1 i int=4, 5 s short=2");
-    EXPECT_EQ(LayoutOf("@member_align 4 @entry B struct A { int i; double d; };\n"
-                       "struct B { char c; struct A a; };"),
-              "B 16/4: 0 c char=1, 1 <padding> padding[3]=3, 4 a struct a#0=12");
-    // Types of 16 bytes are aligned to 8 at most: that is the cap without a directive.
-    EXPECT_EQ(LayoutOf("@sizeof_long_long 16 struct S { int i; long long l; };"),
-              "S 24/8: 0 i int=4, 4 <padding> padding[4]=4, 8 l long long=16");
-}
 
 /// Size, kind (i, f, d, s) and `+` or `-` for the sign of every member of the entry struct.
 std::string Types(const std::string& text) {

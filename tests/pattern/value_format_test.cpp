@@ -21,11 +21,6 @@ std::string Shown(void (*format)(std::u16string&, Parameters...), const Argument
     return Utf16ToUtf8(std::u16string_view(text).substr(6));
 }
 
-TEST(ValueFormat, HexBytesAreTwoUpperCaseDigitsEach) {
-    EXPECT_EQ(Shown(FormatHexBytes, ByteView()), "");
-    EXPECT_EQ(Shown(FormatHexBytes, MakeBytes({0x0A, 0x1B, 0xFF})), "0A 1B FF");
-}
-
 TEST(ValueFormat, ArraysShowTheirFirstSixteenBytes) {
     const std::string sixteen = "AB AB AB AB AB AB AB AB AB AB AB AB AB AB AB AB";
     EXPECT_EQ(Shown(FormatByteArrayHex, ByteView()), "0 bytes");
@@ -100,12 +95,6 @@ TEST(ValueFormat, FloatsShowTheirNumberAsCPrintsItAndTheirBits) {
         ExpectShownAsInC<std::uint64_t>(MemberKind::Double, number);
     EXPECT_EQ(Shown(FormatFloat, MakeBytes({0, 0, 0xC0, 0x7F}), MemberKind::Float, ValueFormat()),
               "nan (0x7FC00000)");
-}
-
-TEST(ValueFormat, TheByteOrderChangesTheBitsOfAFloatButNotItsNumber) {
-    const ValueFormat big{ByteArrayStyle::Hex, Big, NumberBase::Decimal};
-    EXPECT_EQ(Shown(FormatFloat, MakeBytes({0, 0, 0x80, 0x3F}), MemberKind::Float, big),
-              "1 (0x0000803F)");
 }
 
 TEST(ValueFormat, FloatsOfOtherSizesAreIntegers) {
