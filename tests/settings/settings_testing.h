@@ -70,6 +70,28 @@ inline AppSettings AsStored(AppSettings settings) {
     return settings;
 }
 
+/// What the reader makes of the written `settings`.
+inline AppSettings AsReadBack(AppSettings settings) {
+    settings = AsStored(std::move(settings));
+    // Control characters without a letter of their own come back as the text of their code.
+    static constexpr std::u16string_view kNamed = u"\b\t\n\f\r";
+    ForEachString(settings, [](std::u16string& text) {
+        for (std::size_t i = 0; i < text.size(); ++i) {
+            const char16_t unit = text[i];
+            if (unit >= 0x20 || kNamed.find(unit) != kNamed.npos) continue;
+            text.replace(i, 1,
+                         {u'u', u'0', u'0', u"01"[unit / 16], u"0123456789ABCDEF"[unit % 16]});
+        }
+    });
+    // The language group of the encoding stands before the language of the interface.
+    if (settings.textEncoding >= TextEncoding::ShiftJis) settings.uiLanguage = UiLanguage::System;
+    // The list ends at the first closing bracket, inside a path too.
+    std::vector<std::u16string>& paths = settings.recentFiles;
+    const auto hasBracket = [](const auto& path) { return path.find(u']') != path.npos; };
+    paths.erase(std::ranges::find_if(paths, hasBracket), paths.end());
+    return settings;
+}
+
 /// Settings as wild as a user and a file system can make them; the same seed gives the same ones.
 class RandomSettings {
 public:
