@@ -48,7 +48,7 @@ public:
             if (!IsStopping()) return;
             thread_.join();
         }
-        SetStopping(false);
+        stopping_ = false; // there is no thread that looks
         thread_ = std::thread([this] { Run(); });
     }
 
@@ -56,9 +56,10 @@ public:
     /// returns when it has ended. From any thread; on the worker itself it does not wait for the
     /// end.
     void Stop() {
-        if (SetStopping(true)) return;
+        if (IsWorker()) return SetStopping();
+        const std::lock_guard lifetime(lifetimeMutex_); // or a start in between would be joined
+        SetStopping();
         wake_.notify_all();
-        const std::lock_guard lifetime(lifetimeMutex_);
         if (thread_.joinable()) thread_.join();
     }
 
@@ -87,12 +88,15 @@ private:
         return stopping_;
     }
 
-    /// True when the caller is the worker.
-    bool SetStopping(bool stopping) {
+    bool IsWorker() {
         const std::lock_guard lock(mutex_);
-        stopping_ = stopping;
-        pending_.reset();
         return workerId_ == std::this_thread::get_id();
+    }
+
+    void SetStopping() {
+        const std::lock_guard lock(mutex_);
+        stopping_ = true;
+        pending_.reset();
     }
 
     /// What was waiting is freed without the lock.

@@ -4,13 +4,16 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <functional>
 #include <ostream>
 #include <random>
 
 namespace kvx {
 
 static void PrintTo(const PaneRect& rect, std::ostream* out) {
-    *out << "{" << rect.left << ", " << rect.top << ", " << rect.right << ", " << rect.bottom << "}";
+    *out << "{" << rect.left << ", " << rect.top << ", " << rect.right << ", " << rect.bottom
+         << "}";
 }
 
 static void PrintTo(const ListScrollRange& range, std::ostream* out) {
@@ -70,16 +73,147 @@ TEST_F(ListModelTest, ScalesEverythingWithTheResolution) {
 }
 
 TEST_F(ListModelTest, ScrollsByTheStepsOfKeysWheelAndBars) {
+    using enum ListAxis;
+    const auto key = [this](ListKey pressed) { return list.OnKey(pressed); };
     struct Case {
-        ListEffect effect;
+        std::function<ListEffect()> input;
         int x;
         int y;
     };
-    // One after another: each goes on from where the one before it has scrolled to.
+    // Each goes on from where the one before it has scrolled to; the ends are at 316 and 340.
     const Case cases[] = {
-        {list.OnWheel(-120), 0, 0},
+        {[&] { return list.OnWheel(-120); }, 0, 48},
+        {[&] { return list.OnWheel(-1); }, 0, 96},
+        {[&] { return list.OnWheel(250); }, 0, 0},
+        {[&] { return list.OnScroll(Vertical, ListScroll::LineOn); }, 0, 32},
+        {[&] { return list.OnScroll(Vertical, ListScroll::PageOn); }, 0, 332},
+        {[&] { return list.OnScroll(Horizontal, ListScroll::LineOn); }, 24, 332},
+        {[&] { return list.OnScroll(Horizontal, ListScroll::PageOn); }, 316, 332},
+        {[&] { return key(ListKey::PageDown); }, 316, 340},
+        {[&] { return key(ListKey::Home); }, 0, 0},
+        {[&] { return key(ListKey::PageDown); }, 0, 300},
+        {[&] { return key(ListKey::PageUp); }, 0, 0},
+        {[&] { return key(ListKey::End); }, 316, 340},
+        {[&] { return list.OnScrollTo(Vertical, 7); }, 316, 7},
+        {[&] { return list.OnScroll(Horizontal, ListScroll::ToStart); }, 0, 7},
     };
-    EXPECT_EQ(cases[0].effect, ListEffect::Repaint);
+    for (const Case& each : cases) {
+        EXPECT_EQ(each.input(), ListEffect::Repaint);
+        EXPECT_EQ(Across().positionPx, each.x) << &each - cases;
+        EXPECT_EQ(Down().positionPx, each.y) << &each - cases;
+    }
+    EXPECT_EQ(list.OnScroll(Horizontal, ListScroll::LineBack), ListEffect::None);
+    EXPECT_EQ(list.OnWheel(0), ListEffect::None);
+    EXPECT_EQ(key(ListKey::Copy), ListEffect::Copy);
+    list.SetRowCount(10);
+    EXPECT_EQ(Down(), (ListScrollRange{320, 300, 7}));
+}
+
+TEST_F(ListModelTest, PagesAtLeastOneRowHoweverSmallTheWindow) {
+    list.SetArea({400, kTop + kListCaptionHeight + 10, kTop});
+    list.OnKey(ListKey::PageDown);
+    EXPECT_EQ(Down().positionPx, 32);
+}
+
+TEST_F(ListModelTest, MovesTheSelectionIntoSight) {
+    EXPECT_EQ(list.OnPress({50, 96 + 32}), ListEffect::Repaint);
+    EXPECT_EQ(list.SelectedRow(), 1U);
+    list.OnKey(ListKey::Up);
+    EXPECT_EQ(list.OnKey(ListKey::Up), ListEffect::None);
+    EXPECT_EQ(list.SelectedRow(), 0U);
+    for (int i = 0; i < 9; ++i)
+        list.OnKey(ListKey::Down);
+    EXPECT_EQ(Down().positionPx, 20); // its end was out of sight
+    list.OnKey(ListKey::End);
+    list.OnKey(ListKey::Up);
+    EXPECT_EQ(Down().positionPx, 8 * 32);
+    for (int i = 0; i < 30; ++i)
+        list.OnKey(ListKey::Down);
+    EXPECT_EQ(list.SelectedRow(), 19U);
+    list.SetRowCount(19);
+    EXPECT_EQ(list.SelectedRow(), std::nullopt);
+    list.SetRowCount(2);
+    EXPECT_EQ(list.OnPress({50, 96 + 64}), ListEffect::None); // below the rows
+    EXPECT_EQ(list.OnPress({50, 80}), ListEffect::None);      // on a caption
+    list.SetRowCount(0);
+    EXPECT_EQ(list.OnKey(ListKey::Down), ListEffect::None);
+}
+
+TEST_F(ListModelTest, ResizesAColumnByItsDivider) {
+    list.OnScrollTo(ListAxis::Horizontal, 100);
+    const PanePoint divider = OnDivider(2);
+    EXPECT_TRUE(list.IsOverDivider({divider.x + 4, divider.y}));
+    EXPECT_FALSE(list.IsOverDivider({divider.x + 5, divider.y}));
+    EXPECT_FALSE(list.IsOverDivider({divider.x, list.CaptionBand().bottom})); // in the rows
+
+    list.OnPress({divider.x + 3, divider.y});
+    EXPECT_TRUE(list.IsDragging());
+    EXPECT_EQ(list.OnMove({divider.x + 3, 500}), ListEffect::None);
+    EXPECT_EQ(list.OnMove({divider.x + 53, 500}), ListEffect::Repaint);
+    EXPECT_EQ(list.SeparatorX(2), divider.x + 50);
+    EXPECT_EQ(list.OnMove({0, 0}), ListEffect::Repaint);
+    EXPECT_EQ(list.CaptionRect(2).Width(), 56);
+    list.OnRelease();
+    EXPECT_EQ(list.OnMove({300, 0}), ListEffect::None);
+    EXPECT_EQ(list.OnDoubleClick(OnDivider(2)), ListEffect::Repaint);
+    EXPECT_EQ(list.CaptionRect(2).Width(), 72);
+    EXPECT_EQ(list.OnDoubleClick({5, 70}), ListEffect::None);
+}
+
+TEST_F(ListModelTest, KeepsWithinItsBoundsWhateverComes) {
+    std::mt19937 random(61);
+    const auto any = [&](int end) {
+        return static_cast<int>(random() % static_cast<unsigned>(end));
+    };
+    for (int step = 0; step < 5000; ++step) {
+        const PanePoint point{any(900) - 100, any(2) == 0 ? 62 + any(34) : any(500)};
+        switch (any(9)) {
+        case 0:
+            list.SetArea({any(800), any(600), any(2) * 200});
+            break;
+        case 1:
+            list.SetRowCount(random() % 258);
+            break;
+        case 2:
+            list.SetDpi(96 + any(4) * 48);
+            break;
+        case 3:
+            list.OnKey(static_cast<ListKey>(any(7)));
+            break;
+        case 4:
+            list.OnWheel(any(2000) - 1000);
+            break;
+        case 5:
+            list.OnScroll(static_cast<ListAxis>(any(2)), static_cast<ListScroll>(any(6)));
+            break;
+        case 6:
+            list.OnPress(point);
+            break;
+        case 7:
+            list.OnMove(point);
+            break;
+        default:
+            list.OnRelease();
+            break;
+        }
+        for (const ListScrollRange& range : {Across(), Down()}) {
+            ASSERT_GE(range.positionPx, 0);
+            ASSERT_LE(range.positionPx, std::max(0, range.contentPx - range.pagePx));
+        }
+        const ListRowRange rows = list.VisibleRows();
+        ASSERT_LE(rows.begin, rows.end);
+        for (std::size_t column = 0; column < kStructViewColumns.size(); ++column)
+            ASSERT_GE(list.CaptionRect(column).Width(),
+                      ScaledToDpi(kStructViewColumns[column].minimumWidth, list.Dpi()));
+    }
+}
+
+TEST(ListKeys, AreThoseOfTheList) {
+    EXPECT_EQ(ListKeyOf('C', true), ListKey::Copy);
+    EXPECT_EQ(ListKeyOf('C', false), std::nullopt);
+    EXPECT_EQ(ListKeyOf(0x2D, true), ListKey::Copy);
+    EXPECT_EQ(ListKeyOf(0x22, false), ListKey::PageDown);
+    EXPECT_EQ(ListKeyOf(0x09, false), std::nullopt);
 }
 
 } // namespace

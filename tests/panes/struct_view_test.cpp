@@ -1,0 +1,202 @@
+// The struct view's state and layout.
+#include "panes/pane_colors.h"
+#include "panes/struct_view_layout.h"
+#include "panes/struct_view_model.h"
+#include "panes/value_format_menu.h"
+#include "platform/system.h"
+#include "platform/text.h"
+#include "tests/hexview/memory_document.h"
+#include "tests/support/temp_folder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdio>
+
+namespace kvx {
+namespace {
+
+/// A model whose texts are their keys, over a document of 12 bytes behind 5 others.
+class StructViewModelTest : public testing::Test {
+protected:
+    StructViewModelTest() {
+        model.SetTexts([](std::string_view key) { return std::u16string(key.begin(), key.end()); });
+    }
+
+    /// Asks and answers as the main window and the worker do.
+    void Update(std::uint64_t caret = 5) {
+        if (const std::optional<StructEvalRequest> request = model.MakeRequest(document, caret))
+            model.SetRows(EvaluateStruct(*request));
+    }
+    std::string Copied() { return Utf16ToUtf8(ListCopyText(model)); }
+
+    TempFolder folder;
+    MemoryDocument document{CountingBytes(17)};
+    StructViewModel model;
+};
+
+constexpr std::string_view kPair = "struct Pair { uint32_t first; uint16_t second; };";
+constexpr std::string_view kCaptions = "structview.column.offset\tstructview.column.name\t"
+                                       "structview.column.type\tstructview.column.value";
+
+TEST_F(StructViewModelTest, ShowsTheMembersAtTheCaretAndTheFileInItsHeader) {
+    EXPECT_EQ(model.DefinitionLine(), u"structview.header.definition");
+    EXPECT_TRUE(model.Load(folder.Write(u"pair.kvpat", kPair)));
+    Update();
+    EXPECT_EQ(Copied(), std::string(kCaptions) + "\r\n0x5\tfirst\tuint32_t\t0x08070605"
+                                                 "\r\n0x9\tsecond\tuint16_t\t0x0A09"
+                                                 "\r\n0xB\t<padding>\tpadding\t0B 0C");
+    EXPECT_EQ(model.SideText(0, kStructNameColumn), u"4");
+    EXPECT_EQ(model.SideCaption(kStructNameColumn), u"structview.column.size");
+    EXPECT_EQ(model.DefinitionLine(), u"structview.header.definition pair.kvpat");
+    EXPECT_EQ(model.PathLine(), folder.Path(u"pair.kvpat"));
+    EXPECT_EQ(model.EmptyMessage(), u"");
+}
+
+TEST_F(StructViewModelTest, ShowsTheUnavailableTextBeyondTheDocument) {
+    model.Load(folder.Write(u"pair.kvpat", kPair));
+    Update(12);
+    EXPECT_EQ(model.Text(0, 3), u"0x0F0E0D0C");
+    EXPECT_EQ(model.Text(1, 3), u"inspector.data.value.unavailable");
+}
+
+TEST_F(StructViewModelTest, ReadsSoMuchOfTheDocumentAsTheRowsMayShow) {
+    document = MemoryDocument(CountingBytes(1000));
+    const auto bytesAsked = [&](std::string_view text) {
+        model.Load(folder.Write(u"x.kvpat", text));
+        return model.MakeRequest(document, 5)->bytes.size();
+    };
+    EXPECT_EQ(bytesAsked(kPair), 8U);
+    EXPECT_EQ(bytesAsked("struct S { uint32_t length; char text[]; };"), 260U);
+}
+
+TEST_F(StructViewModelTest, FormatsValuesAsChosenWithoutLoadingAgain) {
+    model.Load(folder.Write(u"pair.kvpat", kPair));
+    std::remove(Utf16ToUtf8(folder.Path(u"pair.kvpat")).c_str());
+    EXPECT_TRUE(model.SetFormat({.endian = Endian::Big, .numericBase = NumericBase::Dec}));
+    EXPECT_FALSE(model.SetFormat({.endian = Endian::Big, .numericBase = NumericBase::Dec}));
+    Update();
+    EXPECT_EQ(model.Text(1, 3), u"2314"); // 0x090A
+}
+
+TEST_F(StructViewModelTest, KeepsTheDefinitionWhenALoadFailsAndShowsWhy) {
+    const std::u16string path = folder.Write(u"pair.kvpat", kPair);
+    model.Load(path);
+    Update();
+    const std::string rows = Copied();
+    model.ToggleInfo();
+
+    folder.Write(u"pair.kvpat", "struct Pair { uint32_t 7; };");
+    EXPECT_FALSE(model.Reload());
+    Update();
+    EXPECT_EQ(Copied(), rows);
+    EXPECT_EQ(model.TextArea(), StructTextArea::Error);
+    EXPECT_THAT(Utf16ToUtf8(model.ErrorText()),
+                testing::MatchesRegex("structview.error.prefix\r\nLine 1, Col [0-9]+: .*\r\n"
+                                      "struct Pair . uint32_t 7; .;\r\n *\\^"));
+    std::remove(Utf16ToUtf8(path).c_str());
+    EXPECT_FALSE(model.Reload());
+    EXPECT_EQ(model.ErrorText(), u"structview.error.prefix\r\nFailed to open definition file.");
+    EXPECT_EQ(model.Path(), path);
+
+    folder.Write(u"pair.kvpat", "struct Other { char c; };");
+    EXPECT_TRUE(model.Reload());
+    EXPECT_EQ(model.TextArea(), StructTextArea::None);
+    Update();
+    EXPECT_EQ(Copied(), std::string(kCaptions) + "\r\n0x5\tc\tchar\t0x05");
+}
+
+TEST_F(StructViewModelTest, SaysSoWhenThereIsNothingToShow) {
+    Update();
+    EXPECT_EQ(model.EmptyMessage(), u"structview.empty.message");
+    EXPECT_FALSE(model.Reload());
+    model.Load(folder.Write(u"pair.kvpat", kPair));
+    EXPECT_TRUE(model.MakeRequest(document, 0));
+    EXPECT_EQ(model.EmptyMessage(), u"") << "rows are on their way";
+    Update();
+    document.open = false;
+    Update();
+    EXPECT_EQ(model.RowCount(), 0U);
+    EXPECT_EQ(model.EmptyMessage(), u"structview.empty.message");
+    document.open = true;
+    Update();
+    model.Close();
+    EXPECT_FALSE(model.HasPattern());
+    EXPECT_EQ(Copied(), kCaptions);
+    EXPECT_EQ(model.DefinitionLine(), u"structview.header.definition");
+    EXPECT_EQ(model.EmptyMessage(), u"structview.empty.message");
+}
+
+TEST_F(StructViewModelTest, TogglesTheSummaryOfALoadedFile) {
+    model.ToggleInfo();
+    EXPECT_EQ(model.TextArea(), StructTextArea::None);
+    model.Load(folder.Write(u"pair.kvpat", kPair));
+    EXPECT_EQ(model.TextArea(), StructTextArea::Info);
+    EXPECT_TRUE(model.InfoText().starts_with(u"entry = Pair (implicit)\r\n"));
+    model.ToggleInfo();
+    EXPECT_EQ(model.TextArea(), StructTextArea::None);
+}
+
+TEST_F(StructViewModelTest, OpensWhereTheLastFileWas) {
+    EXPECT_EQ(model.StartFolder(u"program"), JoinPath(u"program", u"patterns"));
+    EXPECT_FALSE(model.Load(folder.Write(u"broken.kvpat", "struct")));
+    EXPECT_EQ(model.StartFolder(u"program"), JoinPath(u"program", u"patterns"));
+    model.Load(folder.Write(u"pair.kvpat", kPair));
+    model.Close();
+    EXPECT_EQ(model.StartFolder(u"program"), folder.Root().u16string());
+}
+
+TEST(ValueFormatMenu, ChecksAndSetsOneOptionOfEachGroup) {
+    StructViewFormat format;
+    const auto checked = [&] {
+        std::string commands;
+        for (const ValueFormatGroup& group : kValueFormatMenu) {
+            for (const ValueFormatItem& item : group.items) {
+                if (IsValueFormatChosen(format, ValueFormatOption(item.command)))
+                    commands += std::to_string(item.command) + " ";
+            }
+        }
+        return commands;
+    };
+    EXPECT_EQ(checked(), "4201 4203 4205 ");
+    for (const std::uint32_t option : {2U, 4U, 6U, 0U, 7U})
+        format = WithValueFormat(format, option);
+    EXPECT_EQ(checked(), "4202 4204 4206 ");
+    for (const std::uint32_t option : {1U, 3U, 5U})
+        format = WithValueFormat(format, option);
+    EXPECT_EQ(format, StructViewFormat());
+    EXPECT_EQ(ValueFormatOption(0), 0U);
+    EXPECT_EQ(ValueFormatOption(4207), 0U);
+}
+
+TEST(StructViewLayout, PlacesButtonsFromTheRightAndTheListBelowTheTextArea) {
+    StructViewLayout layout = LayOutStructView(700, 600, 96, StructTextArea::None);
+    EXPECT_EQ(
+        layout.buttons,
+        (std::array<PaneRect, 4>{
+            {{618, 10, 688, 36}, {530, 10, 610, 36}, {394, 10, 522, 36}, {296, 10, 386, 36}}}));
+    EXPECT_EQ(layout.definitionLine, (PaneRect{12, 0, 288, 30}));
+    EXPECT_EQ(layout.pathLine, (PaneRect{12, 28, 688, 62}));
+    EXPECT_EQ(layout.textBox, PaneRect());
+    EXPECT_EQ(layout.listTopPx, 62);
+    EXPECT_EQ(ValueFormatBox({100, 62, 320, 96}, 96), (PaneRect{300, 70, 320, 88}));
+
+    layout = LayOutStructView(1050, 900, 144, StructTextArea::Error);
+    EXPECT_EQ(layout.buttons[3], (PaneRect{444, 15, 579, 54}));
+    EXPECT_EQ(layout.header, (PaneRect{0, 0, 1050, 93}));
+    EXPECT_EQ(layout.textArea, (PaneRect{0, 93, 1050, layout.listTopPx}));
+    EXPECT_EQ(layout.textBox, (PaneRect{18, 102, 1032, layout.listTopPx - 10}));
+    // The smallest window keeps a text of some height.
+    EXPECT_EQ(LayOutStructView(504, 221, 96, StructTextArea::Info).listTopPx, 62 + 61);
+}
+
+TEST(PaneColors, AreThoseOfTheTheme) {
+    EXPECT_EQ(PaneColorsOf(Theme::DarkBlue).headerBand, 0x2A476EU);
+    EXPECT_EQ(PaneColorsOf(static_cast<Theme>(9)), PaneColorsOf(Theme::Light));
+    // 28 of 100 parts background: 0x11 and 0xF3 give 0xB3.
+    EXPECT_EQ(PaneColorsOf(Theme::Black).DimmedText(), 0xB3B3B3U);
+}
+
+} // namespace
+} // namespace kvx
