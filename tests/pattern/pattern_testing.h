@@ -6,7 +6,6 @@
 #include "pattern/loader.h"
 #include "platform/text.h"
 
-#include <initializer_list>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -17,10 +16,12 @@ inline ByteView AsBytes(std::string_view text) {
     return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
 }
 
-inline Bytes MakeBytes(std::initializer_list<int> values) {
+/// Bytes in hexadecimal, separated by white space.
+inline Bytes HexBytes(const std::string& text) {
     Bytes bytes;
-    for (const int value : values)
-        bytes.push_back(static_cast<std::uint8_t>(value));
+    std::istringstream words(text);
+    for (std::string word; words >> word;)
+        bytes.push_back(static_cast<std::uint8_t>(std::stoul(word, nullptr, 16)));
     return bytes;
 }
 

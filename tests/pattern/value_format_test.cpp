@@ -54,14 +54,14 @@ TEST(ValueFormat, IntegersFollowByteOrderAndBase) {
         std::string shown; ///< hexadecimal little and big, decimal little and big
     };
     const Case cases[] = {
-        {MakeBytes({}), ",,,"},
-        {MakeBytes({0xFF}), "0xFF,0xFF,255,255"},
-        {MakeBytes({0xFF, 0x00}), "0x00FF,0xFF00,255,65280"},
-        {MakeBytes({1, 2, 3}), "0x030201,0x010203,197121,66051"},
-        {MakeBytes({0, 0, 0, 0x80}), "0x80000000,0x00000080,2147483648,128"},
-        {MakeBytes({0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFE}),
+        {HexBytes(""), ",,,"},
+        {HexBytes("FF"), "0xFF,0xFF,255,255"},
+        {HexBytes("FF 00"), "0x00FF,0xFF00,255,65280"},
+        {HexBytes("01 02 03"), "0x030201,0x010203,197121,66051"},
+        {HexBytes("00 00 00 80"), "0x80000000,0x00000080,2147483648,128"},
+        {HexBytes("FF FF FF FF FF FF FF FE"),
          "0xFEFFFFFFFFFFFFFF,0xFFFFFFFFFFFFFFFE,18374686479671623679,18446744073709551614"},
-        {MakeBytes({1, 2, 3, 4, 5, 6, 7, 8, 9}),
+        {HexBytes("01 02 03 04 05 06 07 08 09"),
          "0x01 02 03 04 05 06 07 08 09,0x01 02 03 04 05 06 07 08 09,"
          "0x01 02 03 04 05 06 07 08 09,0x01 02 03 04 05 06 07 08 09"},
     };
@@ -93,14 +93,14 @@ TEST(ValueFormat, FloatsShowTheirNumberAsCPrintsItAndTheirBits) {
         ExpectShownAsInC<std::uint32_t>(MemberKind::Float, number);
     for (const double number : {2.5, -1e300, 5e-324, 0.000123456789, 1e6, 999999.5})
         ExpectShownAsInC<std::uint64_t>(MemberKind::Double, number);
-    EXPECT_EQ(Shown(FormatFloat, MakeBytes({0, 0, 0xC0, 0x7F}), MemberKind::Float, ValueFormat()),
+    EXPECT_EQ(Shown(FormatFloat, HexBytes("00 00 C0 7F"), MemberKind::Float, ValueFormat()),
               "nan (0x7FC00000)");
 }
 
 TEST(ValueFormat, FloatsOfOtherSizesAreIntegers) {
     const ValueFormat decimal{ByteArrayStyle::Hex, Little, NumberBase::Decimal};
-    EXPECT_EQ(Shown(FormatFloat, MakeBytes({1, 2}), MemberKind::Float, decimal), "513");
-    EXPECT_EQ(Shown(FormatFloat, MakeBytes({1, 0, 0, 0}), MemberKind::Double, decimal), "1");
+    EXPECT_EQ(Shown(FormatFloat, HexBytes("01 02"), MemberKind::Float, decimal), "513");
+    EXPECT_EQ(Shown(FormatFloat, HexBytes("01 00 00 00"), MemberKind::Double, decimal), "1");
     EXPECT_EQ(Shown(FormatFloat, Bytes(8, 1), MemberKind::Float, decimal), "72340172838076673");
 }
 
