@@ -16,13 +16,13 @@ std::size_t RunStart(const DoubleByteTable& table, ByteView bytes) {
     return at;
 }
 
-/// The same as an offset, looking back to `from`, which is returned when the run reaches it; near
-/// bytes are tried first. nullopt when they cannot be read.
+/// The same as an offset, looking back to `from`, which is returned when the run reaches it. Most
+/// runs are short, so the last bytes are tried first. nullopt when they cannot be read.
 std::optional<std::uint64_t> FindRunStart(DocumentWindow& window, const DoubleByteTable& table,
                                           std::uint64_t from, std::uint64_t rowStart) {
-    const std::uint64_t near =
+    const std::uint64_t usual =
         std::max(from, rowStart - std::min(rowStart, CharacterBoundary::kUsualReach));
-    for (const std::uint64_t start : {near, from}) {
+    for (const std::uint64_t start : {usual, from}) {
         const ByteView bytes = window.View(start, rowStart + 1);
         if (bytes.size() != rowStart + 1 - start) return std::nullopt;
         const std::size_t at = RunStart(table, bytes);

@@ -27,7 +27,4 @@ inline constexpr std::uint32_t kTextEncodingCount = 12;
 /// The name shown to the user; values outside the enumeration are "ASCII".
 std::u16string_view EncodingDisplayName(TextEncoding encoding);
 
-/// Key of the encoding's menu text; values outside the enumeration have that of ASCII.
-std::string_view EncodingMenuKey(TextEncoding encoding);
-
 } // namespace kvx

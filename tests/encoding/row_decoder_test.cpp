@@ -170,7 +170,8 @@ std::vector<Bytes> PlainCharacters(TextEncoding encoding) {
     const auto addIfWhole = [&](const Bytes& bytes) {
         const auto character = model::CharAt(encoding, bytes);
         const bool mistakable = encoding == ShiftJis && IsShiftJisLeadByte(bytes.back());
-        if (character && character->length == bytes.size() && !mistakable)
+        const bool chains = encoding == IsciiDevanagari && bytes.back() == 0xE8; // a halant
+        if (character && character->length == bytes.size() && !mistakable && !chains)
             characters.push_back(bytes);
     };
     for (unsigned unit = 0x20; unit < 0xFFFE && model::IsUnicode(encoding); ++unit) {
