@@ -50,6 +50,11 @@ InProcessWindow::InProcessWindow(const ProgramCopy& program, const std::u16strin
     Pump();
 }
 
+void InProcessWindow::Paint() {
+    ::RedrawWindow(View(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+    ::GdiFlush();
+}
+
 void InProcessWindow::Pump() {
     MSG message{};
     while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE)

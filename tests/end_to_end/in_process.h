@@ -27,8 +27,11 @@ public:
     explicit InProcessWindow(const ProgramCopy& program, const std::u16string& startFile = {});
 
     HWND View() const { return app_->View().Handle(); }
+    const HexViewState& State() const { return app_->View().View().State(); }
     const std::u16string& Status() const { return app_->StatusBar().Text(); }
 
+    /// Has the hex view's whole picture drawn before it returns.
+    void Paint();
     /// Dispatches what is waiting.
     void Pump();
     /// Each is done, with all that it posts, when the call returns.
