@@ -1,5 +1,7 @@
 #include "app/encoding_commands.h"
 
+#include "app/pane_commands.h"
+
 #include <algorithm>
 
 namespace kvx {
@@ -18,6 +20,7 @@ void SelectEncoding(Shell& shell, TextEncoding encoding) {
     shell.SaveSettings();
     shell.RebuildMenu();
     shell.RefreshStatus();
+    ScheduleInspectorUpdate(shell);
 }
 
 void SelectFavoriteEncoding(Shell& shell, std::uint32_t index) {

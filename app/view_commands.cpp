@@ -1,5 +1,7 @@
 #include "app/view_commands.h"
 
+#include "app/pane_commands.h"
+
 namespace kvx {
 namespace {
 
@@ -23,6 +25,7 @@ void SelectTheme(Shell& shell, Theme theme) {
     shell.Settings().theme = theme;
     shell.SaveSettings();
     shell.ShowStatusBackground();
+    shell.Panes().host.ShowTheme(theme);
     shell.RebuildMenu();
     shell.RefreshStatus();
 }
@@ -31,6 +34,7 @@ void SelectLanguage(Shell& shell, UiLanguage language) {
     shell.Strings().SetLanguage(language);
     shell.Settings().uiLanguage = language;
     shell.SaveSettings();
+    RelabelPanes(shell);
     shell.RefreshAll();
 }
 

@@ -18,5 +18,11 @@ TEST(PaneDocking, PanesStandBesideTheMainWindowAtItsHeight) {
     }
 }
 
+TEST(PaneDocking, ANewStructViewTakesTheRoomThatItCanUse) {
+    EXPECT_EQ(StructViewStartWidth(-100), 520);
+    EXPECT_EQ(StructViewStartWidth(601), 600);
+    EXPECT_EQ(StructViewStartWidth(2000), 752);
+}
+
 } // namespace
 } // namespace kvx
