@@ -38,7 +38,8 @@ TEST(Evaluation, WithoutAPatternThereAreNoRows) {
 TEST(Evaluation, EmbeddedStructsAreFollowedByTheirMembersAtEveryLevel) {
     EXPECT_EQ(Rows(Request("@entry A struct C { char x; int8_t y; };\n"
                            "struct B { char before; struct C c; struct C many[2]; };\n"
-                           "struct A { struct B b; short last; struct C one[1]; };",
+                           "struct A { struct B b; short last; struct C one[1];\n"
+                           "           struct C rest[]; };",
                            Counting(11))),
               "b | 7 | 0x0 | struct b (7 bytes) | 00 01 02 03 04 05 06\n"
               "  before | 1 | 0x0 | char | 0x00\n"
@@ -50,7 +51,8 @@ TEST(Evaluation, EmbeddedStructsAreFollowedByTheirMembersAtEveryLevel) {
               "last | 2 | 0x8 | short | 0x0908\n"
               "one | 2 | 0xA | struct c (2 bytes) | -\n"
               "  x | 1 | 0xA | char | 0x0A\n"
-              "  y | 1 | 0xB | int8_t | -");
+              "  y | 1 | 0xB | int8_t | -\n"
+              "rest | 2+ | 0xC | struct c[] | -");
     // Structs without a tag have the same name; what counts is which one the member really is.
     EXPECT_EQ(Rows(Request("typedef struct { char first; } One; typedef struct { char second; } "
                            "Two; @entry S struct S { Two two; One one; };",
