@@ -39,17 +39,5 @@ TEST(SavingPosix, WhatMayNotBeWrittenIsToldAndStaysAsItIs) {
     }
 }
 
-TEST(SavingPosix, ADeletedFileIsNotSavedInPlaceButWrittenAnewAsAWhole) {
-    EditedFile file("0123456789");
-    file.Overwrite(0, "x");
-    std::filesystem::remove(file.folder.Path(EditedFile::kName));
-    EXPECT_FALSE(file.document.Save());
-    EXPECT_EQ(file.document.GetLastErrorText(), Win32ErrorText(2));
-    EXPECT_EQ(file.Shown(), "x123456789");
-    file.Insert(5, "inserted");
-    EXPECT_TRUE(file.document.Save());
-    EXPECT_EQ(file.Disk(), "x1234inserted56789");
-}
-
 } // namespace
 } // namespace kvx
