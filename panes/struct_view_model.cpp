@@ -25,12 +25,30 @@ ValueFormat ToValueFormat(const StructViewFormat& format) {
             .numberBase = static_cast<NumberBase>(format.numericBase)};
 }
 
-/// What the rows of `entry` may show, in bytes.
-std::uint64_t BytesShown(const ResolvedStructInfo& entry) {
+/// Larger structs are read member by member: moving the caret must not wait for bytes that no row
+/// shows.
+constexpr std::uint64_t kReadWholeBytes = 64 * 1024;
+
+/// Bytes of `entry` with what a flexible array shows beyond it.
+std::uint64_t BytesLaidOver(const ResolvedStructInfo& entry) {
     const bool flexible = std::ranges::any_of(
         entry.members, [](const StructMemberLayout& member) { return member.isFlexibleArray; });
     const std::uint64_t extra = flexible ? kFlexibleArrayBytes : 0;
     return entry.size + std::min(extra, std::numeric_limits<std::uint64_t>::max() - entry.size);
+}
+
+std::vector<std::optional<Bytes>> ReadMembers(const IReadOnlyDocument& document,
+                                              std::uint64_t start,
+                                              const StructPatternFile& pattern) {
+    const std::uint64_t available = document.GetSize() - std::min(document.GetSize(), start);
+    std::vector<std::optional<Bytes>> read;
+    for (const ShownMember& member : ShownMembers(pattern)) {
+        read.emplace_back();
+        if (member.offset > available || member.size > available - member.offset) continue;
+        Bytes bytes = document.ReadBytes(start + member.offset, member.shown);
+        if (bytes.size() >= std::min(member.size, member.shown)) read.back() = std::move(bytes);
+    }
+    return read;
 }
 
 } // namespace
@@ -89,11 +107,17 @@ std::optional<StructEvalRequest> StructViewModel::MakeRequest(const IReadOnlyDoc
         rows_.clear();
         return std::nullopt;
     }
-    return StructEvalRequest{.baseOffset = caretOffset,
-                             .bytes = document.ReadBytes(caretOffset, BytesShown(*entry)),
-                             .format = ToValueFormat(format_),
-                             .pattern = pattern_,
-                             .unavailableText = unavailableText_};
+    StructEvalRequest request;
+    request.baseOffset = caretOffset;
+    request.format = ToValueFormat(format_);
+    request.pattern = pattern_;
+    request.unavailableText = unavailableText_;
+    const std::uint64_t size = BytesLaidOver(*entry);
+    if (size <= kReadWholeBytes)
+        request.bytes = document.ReadBytes(caretOffset, size);
+    else
+        request.memberBytes = ReadMembers(document, caretOffset, *pattern_);
+    return request;
 }
 
 void StructViewModel::SetRows(std::vector<StructViewRow> rows) {

@@ -16,45 +16,56 @@ bool IsArrayOrStruct(const StructMemberLayout& member) {
     return member.isFlexibleArray || member.count >= 2 || member.kind == MemberKind::Struct;
 }
 
+/// More of an array never shows: its text ends at the 64th character, its bytes before that.
+constexpr std::uint64_t kShownArrayBytes = 65;
+
+struct Level {
+    const ResolvedStructInfo* layout;
+    std::uint64_t offset; ///< of the struct from the start of the bytes
+    std::size_t nextMember;
+};
+
+/// Calls visit(member, offset, depth) for each row, member by member. Every level below the first
+/// adds a row, so the limit on rows also limits the depth. False when there are more than that.
+template <typename Visit>
+bool VisitRows(const StructPatternFile& pattern, const ResolvedStructInfo& entry,
+               const Visit& visit) {
+    std::vector<Level> levels = {{&entry, 0, 0}};
+    std::size_t rows = 0;
+    while (!levels.empty()) {
+        Level& level = levels.back();
+        if (level.nextMember == level.layout->members.size()) {
+            levels.pop_back();
+            continue;
+        }
+        const StructMemberLayout& member = level.layout->members[level.nextMember++];
+        if (rows++ == kMaxStructRows) return false;
+        const std::uint64_t offset = level.offset + member.offset;
+        visit(member, offset, levels.size() - 1);
+        const ResolvedStructInfo* type = pattern.StructAt(member.structIndex);
+        if (type != nullptr && member.count == 1) levels.push_back({type, offset, 0});
+    }
+    return true;
+}
+
 class Evaluator {
 public:
     explicit Evaluator(const StructEvalRequest& request) : request_(request) {}
 
-    /// Walks the structs member by member. Every level below the first adds a row, so the limit on
-    /// rows also limits the depth.
     std::vector<StructViewRow> Run(const ResolvedStructInfo& entry) {
         rows_.reserve(std::min(entry.members.size(), kMaxStructRows) + 1);
-        levels_.push_back({&entry, 0, 0});
-        while (!levels_.empty()) {
-            Level& level = levels_.back();
-            if (level.nextMember == level.layout->members.size()) {
-                levels_.pop_back();
-                continue;
-            }
-            const StructMemberLayout& member = level.layout->members[level.nextMember++];
-            if (rows_.size() == kMaxStructRows) {
-                AddMarker();
-                break;
-            }
-            const std::uint64_t offset = level.offset + member.offset;
-            AddRow(member, offset);
-            const ResolvedStructInfo* type = request_.pattern->StructAt(member.structIndex);
-            if (type != nullptr && member.count == 1) levels_.push_back({type, offset, 0});
-        }
+        const bool all = VisitRows(*request_.pattern, entry,
+                                   [this](const StructMemberLayout& member, std::uint64_t offset,
+                                          std::size_t depth) { AddRow(member, offset, depth); });
+        if (!all) AddMarker();
         return std::move(rows_);
     }
 
 private:
-    struct Level {
-        const ResolvedStructInfo* layout;
-        std::uint64_t offset; ///< of the struct from the start of the bytes
-        std::size_t nextMember;
-    };
-
-    void AddRow(const StructMemberLayout& member, std::uint64_t offset) {
+    void AddRow(const StructMemberLayout& member, std::uint64_t offset, std::size_t depth) {
         row_.Clear();
         std::u16string& text = row_.Writing();
-        text.append(2 * (levels_.size() - 1), u' ').append(member.name);
+        text.append(2 * depth, u' ').append(member.name);
         row_.EndColumn(StructColumn::Name);
         AppendDecimal(text, member.isFlexibleArray ? member.elementSize : member.TotalSize());
         if (member.isFlexibleArray) text += u'+';
@@ -106,6 +117,7 @@ private:
 
     /// The member's bytes, for a flexible array all that are left; empty when some are missing.
     std::optional<ByteView> BytesOf(const StructMemberLayout& member, std::uint64_t offset) const {
+        if (!request_.memberBytes.empty()) return request_.memberBytes[rows_.size()];
         const ByteView bytes = request_.bytes;
         if (offset > bytes.size()) return std::nullopt;
         const ByteView rest = bytes.subspan(static_cast<std::size_t>(offset));
@@ -117,10 +129,21 @@ private:
     const StructEvalRequest& request_;
     std::vector<StructViewRow> rows_;
     StructViewRow row_; ///< the one being made
-    std::vector<Level> levels_;
 };
 
 } // namespace
+
+std::vector<ShownMember> ShownMembers(const StructPatternFile& pattern) {
+    std::vector<ShownMember> members;
+    const auto add = [&](const StructMemberLayout& member, std::uint64_t offset, std::size_t) {
+        const std::uint64_t size = member.TotalSize();
+        const bool isCut = size > kShownArrayBytes && !member.isPadding;
+        members.push_back(
+            {offset, size, isCut || member.isFlexibleArray ? kShownArrayBytes : size});
+    };
+    if (const ResolvedStructInfo* entry = pattern.Entry()) VisitRows(pattern, *entry, add);
+    return members;
+}
 
 std::vector<StructViewRow> EvaluateStruct(const StructEvalRequest& request) {
     const ResolvedStructInfo* entry = request.pattern ? request.pattern->Entry() : nullptr;

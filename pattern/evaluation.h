@@ -23,7 +23,21 @@ struct StructEvalRequest {
     ValueFormat format;
     SharedPattern pattern;                         ///< null gives no rows
     std::optional<std::u16string> unavailableText; ///< value of a member beyond the bytes; else "-"
+    /// In place of `bytes`, for a large struct: what ShownMembers names, nullopt where it is not
+    /// all there. Empty: not used.
+    std::vector<std::optional<Bytes>> memberBytes{};
 };
+
+/// What one row shows, in bytes.
+struct ShownMember {
+    std::uint64_t offset = 0; ///< from the start of the entry struct
+    std::uint64_t size = 0;   ///< that must be there; 0 for a flexible array
+    std::uint64_t shown = 0;  ///< from the start of the member, at most so many count
+};
+
+/// The members in the order of their rows, without the marker. Of a large array only the beginning
+/// is shown, so the bytes of a struct of many gigabytes need not be read to see its members.
+std::vector<ShownMember> ShownMembers(const StructPatternFile& pattern);
 
 /// The rows of the entry struct. An embedded struct is followed by the rows of its members, two
 /// blanks further in for each level.

@@ -71,6 +71,27 @@ TEST_F(StructViewModelTest, ReadsSoMuchOfTheDocumentAsTheRowsMayShow) {
     EXPECT_EQ(bytesAsked("struct S { uint32_t length; char text[]; };"), 260U);
 }
 
+TEST_F(StructViewModelTest, ShowsALargeStructAsIfItHadBeenReadWhole) {
+    const std::string text =
+        "@entry S @member_align 4 struct Part { uint16_t kind; char name[70000]; };"
+        "struct S { uint8_t tag; struct Part part; char text[100]; double d;"
+        "uint32_t table[3]; char rest[]; };";
+    ASSERT_TRUE(model.Load(folder.Write(u"large.kvpat", text)));
+    document.bytes.assign(70'500, 0x41);
+    for (const ByteArrayFormat format : {ByteArrayFormat::Hex, ByteArrayFormat::Ascii}) {
+        model.SetFormat({.byteArrayFormat = format});
+        // To the whole struct, one byte less of the document each time, and beyond its end.
+        for (std::uint64_t caret = 300; caret <= 70'501; caret += caret < 390 ? 1 : 4999) {
+            StructEvalRequest request = *model.MakeRequest(document, caret);
+            EXPECT_TRUE(request.bytes.empty());
+            const std::vector<StructViewRow> rows = EvaluateStruct(request);
+            request.memberBytes.clear();
+            request.bytes = document.ReadBytes(caret, 80'000);
+            ASSERT_EQ(rows, EvaluateStruct(request)) << caret;
+        }
+    }
+}
+
 TEST_F(StructViewModelTest, FormatsValuesAsChosenWithoutLoadingAgain) {
     model.Load(folder.Write(u"pair.kvpat", kPair));
     std::remove(Utf16ToUtf8(folder.Path(u"pair.kvpat")).c_str());
