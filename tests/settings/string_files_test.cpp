@@ -10,38 +10,52 @@
 #include <fstream>
 #include <iterator>
 #include <map>
+#include <regex>
+#include <set>
 
 namespace kvx::test {
 namespace {
 
+const std::filesystem::path kRoot =
+    std::filesystem::path(__FILE__).parent_path().parent_path().parent_path();
+
+std::string ReadText(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// Every quoted text in the program's code that has the form of a key.
+std::set<std::string> KeysInTheCode() {
+    const std::regex key(
+        R"re("((?:app|menu|dialog|about|confirm|error|status|inspector|structview)\.[a-z0-9_.]+)")re");
+    std::set<std::string> keys;
+    for (const char* folder : {"app", "panes", "hexview", "encoding", "settings"}) {
+        for (const auto& entry : std::filesystem::directory_iterator(kRoot / folder)) {
+            const std::string code = ReadText(entry.path());
+            for (std::sregex_iterator match(code.begin(), code.end(), key), end; match != end;
+                 ++match)
+                keys.insert((*match)[1]);
+        }
+    }
+    return keys;
+}
+
 class StringFiles : public testing::TestWithParam<std::string> {
 protected:
-    static std::string FileText() {
-        const auto root = std::filesystem::path(__FILE__).parent_path().parent_path().parent_path();
-        std::ifstream file(root / "resources" / "strings" / (GetParam() + ".txt"),
-                           std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
-
-    const std::string text = FileText();
+    const std::string text = ReadText(kRoot / "resources" / "strings" / (GetParam() + ".txt"));
     const StringMap table = ParseStringFile(text);
 };
 
 INSTANTIATE_TEST_SUITE_P(Locales, StringFiles, testing::Values("en-US", "ja-JP"),
                          [](const auto& param) { return param.param.substr(0, 2); });
 
-TEST_P(StringFiles, HoldsExactlyTheKeysOfTheUserInterfaceOnceEach) {
-    std::vector<std::string> expected;
-    for (const char* lines : {kKeysWithMnemonics, kPlainKeys}) {
-        for (const std::vector<std::string>& keys : KeyGroups(lines))
-            expected.insert(expected.end(), keys.begin(), keys.end());
-    }
+TEST_P(StringFiles, HoldsExactlyTheKeysThatTheCodeUsesOnceEach) {
     std::vector<std::string> actual;
     std::istringstream stream(text);
     for (std::string line; std::getline(stream, line);) {
         if (!line.empty() && line.front() != '#') actual.push_back(line.substr(0, line.find('=')));
     }
-    EXPECT_THAT(actual, testing::UnorderedElementsAreArray(expected));
+    EXPECT_THAT(actual, testing::UnorderedElementsAreArray(KeysInTheCode()));
 }
 
 TEST_P(StringFiles, IsPlainUtf8WithUnixLineEndsAndNoEmptyText) {
@@ -63,7 +77,9 @@ std::u16string MnemonicsOf(const std::u16string& text) {
 }
 
 TEST_P(StringFiles, UsesEachMnemonicOnceInAMenuAndNoneElsewhere) {
-    for (const std::vector<std::string>& keys : KeyGroups(kKeysWithMnemonics)) {
+    std::set<std::string> withMnemonic;
+    for (const std::vector<std::string>& keys : KeyGroups()) {
+        withMnemonic.insert(keys.begin(), keys.end());
         std::map<char16_t, std::string> owners;
         for (const std::string& key : keys) {
             const std::u16string letters = MnemonicsOf(table.at(key));
@@ -72,9 +88,9 @@ TEST_P(StringFiles, UsesEachMnemonicOnceInAMenuAndNoneElsewhere) {
             EXPECT_TRUE(isNew) << key << " and " << owner->second;
         }
     }
-    for (const std::vector<std::string>& keys : KeyGroups(kPlainKeys)) {
-        for (const std::string& key : keys)
-            EXPECT_EQ(table.at(key).find_first_of(u"&\t"), std::u16string::npos) << key;
+    for (const auto& [key, value] : table) {
+        if (withMnemonic.contains(key)) continue;
+        EXPECT_EQ(value.find_first_of(u"&\t"), std::u16string::npos) << key;
     }
 }
 

@@ -1,5 +1,4 @@
-// Every key of the user interface's texts, by where it is shown. A new text gets its key here and a
-// line in each string file.
+// The keys of the texts that have a mnemonic, by where they are shown. A new one gets its key here.
 #pragma once
 
 #include <sstream>
@@ -36,28 +35,10 @@ structview.valueformat.bytearray. hex ascii
 structview.valueformat.endian. little big
 structview.valueformat.numericbase. hex dec)";
 
-/// Texts that are shown as they are: titles, labels, messages, values.
-inline constexpr char kPlainKeys[] = R"(
-app. title
-dialog. about.title font.title goto.title goto.prompt open.title search.title struct_definition.title
-dialog. common.ok common.cancel common.close search.type.hex search.type.text
-about. version_label homepage_label license_heading
-confirm. save_changes
-error. font_not_monospace goto_invalid open_failed open_new_instance_failed save_failed
-error.search_ invalid_hex invalid_text not_found too_long
-status. encoding mode mode.insert mode.overwrite modified no_file offset readonly readonly_blocked
-status. saving searching zoom
-inspector.data. title column.name column.value value.unavailable
-inspector.data.row. binary current_encoding_char uint8_dec uint16_le uint16_be uint32_le uint32_be
-inspector.data.row. uint64_le uint64_be utf8 utf16le utf16be
-structview. title header.definition empty.message error.prefix
-structview. open.button reload.button close.button info.button
-structview.column. name offset size type value)";
-
 /// The whole keys of each line.
-inline std::vector<std::vector<std::string>> KeyGroups(const char* lines) {
+inline std::vector<std::vector<std::string>> KeyGroups() {
     std::vector<std::vector<std::string>> groups;
-    std::istringstream stream(lines);
+    std::istringstream stream(kKeysWithMnemonics);
     for (std::string line; std::getline(stream, line);) {
         std::istringstream words(line);
         std::string prefix;
