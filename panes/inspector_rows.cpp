@@ -130,7 +130,7 @@ InspectorRows ComputeInspectorRows(const InspectorRequest& request) {
     InspectorRows rows;
     for (std::size_t i = 0; i < rows.size(); ++i) {
         rows[i].nameKey = kInspectorRowKeys[i];
-        rows[i].value = values[i] ? std::move(*values[i]) : request.unavailableText;
+        rows[i].value = std::move(values[i]).value_or(request.unavailableText);
     }
     return rows;
 }
