@@ -51,7 +51,9 @@ struct Case {
 
 using namespace std::string_view_literals;
 const Case kCases[] = {
+#ifndef _WIN32 // Wine still opens it for writing, and what is written goes with it
     {kDelete, kInPlace, "01234over9", ""},
+#endif
     {kDelete, kThroughTempFile, "01234x56789", "01234x56789"},
     {kRename, kInPlace, "01234over9", ""},
     {kRename, kThroughTempFile, "01234x56789", "01234x56789"},

@@ -172,6 +172,7 @@ TEST_P(SavingTest, AKilledProcessLeavesTheOldBytesOrTheNewOnesAndAtMostATempFile
         EXPECT_LE(file.folder.Names().size(), GetParam().inPlace ? 1U : 2U);
 
         const std::string left = file.Disk();
+        file.document.Close(); // as the system does for the dead
         EditableDocument later;
         ASSERT_TRUE(later.Open(file.folder.Path(EditedFile::kName)));
         ASSERT_TRUE(later.InsertByte(0, 'x'));
