@@ -81,11 +81,10 @@ TEST(Evaluation, OnlyArraysOfCharacterTypesAreText) {
         const std::string pattern = "@entry S typedef char Alias; struct T { char c[2]; };\n"
                                     "struct S { " +
                                     std::string(member) + "; };";
-        EXPECT_EQ(Utf16ToUtf8(EvaluateStruct(Request(pattern, Bytes(4, 0x41),
-                                                     {.byteArrays = ByteArrayStyle::Ascii}))[0]
-                                  .Value()),
-                  value)
-            << member;
+        const std::vector<StructViewRow> rows =
+            EvaluateStruct(Request(pattern, Bytes(4, 0x41), {.byteArrays = ByteArrayStyle::Ascii}));
+        ASSERT_FALSE(rows.empty()) << member;
+        EXPECT_EQ(Utf16ToUtf8(rows[0].Value()), value) << member;
     }
 }
 
@@ -127,7 +126,7 @@ TEST(Evaluation, StopsAfter256RowsWithAMarker) {
     };
     for (const Case& c : cases) {
         const std::vector<StructViewRow> rows = EvaluateStruct(Request(c.pattern, Counting(300)));
-        EXPECT_EQ(rows.size(), c.rows);
+        ASSERT_EQ(rows.size(), c.rows);
         EXPECT_EQ(Describe({rows.back()}), c.last);
     }
 }
@@ -135,7 +134,7 @@ TEST(Evaluation, StopsAfter256RowsWithAMarker) {
 TEST(Evaluation, VeryDeepStructsEndInTheMarker) {
     const std::string text = "@entry S0\n" + Repeat(1000, "struct S# { struct S$ s; };\n");
     const auto rows = EvaluateStruct(Request(text + "struct S1000 { char c; };", Counting(1)));
-    EXPECT_EQ(rows.size(), 257U);
+    ASSERT_EQ(rows.size(), 257U);
     EXPECT_EQ(rows[255].Name(), std::u16string(510, u' ') + u"s");
 }
 
