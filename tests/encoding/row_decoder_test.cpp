@@ -254,6 +254,26 @@ TEST(RowDecoder, SplitsRunsOfPairsLongerThanTheLookBackAtAnArbitraryPlace) {
     EXPECT_EQ(Shown(DecodeFrom(document, 4096, 1, Gbk)), "\u978D");
 }
 
+TEST(RowDecoder, ReadsThePageOnceAndFarBeforeItOnlyInALongRun) {
+    for (const TextEncoding encoding : kAll) {
+        MemoryDocument document(Bytes(6000, 0xB0));
+        const auto readsOf = [&](std::size_t first) {
+            document.reads = 0;
+            RowDecoder page(&document, encoding, first, 960);
+            for (std::size_t start = first; start < first + 960; start += 16)
+                page.Decode(start, ByteView(document.bytes).subspan(start, 16));
+            return document.reads;
+        };
+        const bool pairs = encoding >= Windows949 && encoding <= Gbk;
+        const bool rowsAlone = model::IsUnicode(encoding)
+                                   ? encoding != Utf8
+                                   : encoding == Ascii || encoding == kUnknown;
+        EXPECT_EQ(readsOf(5000), rowsAlone ? 0U : pairs ? 2U : 1U) << NameOf(encoding);
+        document.bytes[4990] = 'a';
+        EXPECT_EQ(readsOf(5000), rowsAlone ? 0U : 1U) << NameOf(encoding);
+    }
+}
+
 TEST(RowDecoder, DecodesARowAloneWhereWhatIsAroundItCannotBeRead) {
     MemoryDocument document(BytesOf("0123456789abcdef..............."));
     document.badFrom = 16;
