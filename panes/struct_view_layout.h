@@ -38,7 +38,7 @@ inline constexpr std::array<StructViewButton, 4> kStructViewButtons = {{
 /// All in client pixels.
 struct StructViewLayout {
     std::array<PaneRect, kStructViewButtons.size()> buttons;
-    PaneRect definitionLine; ///< first header line
+    PaneRect definitionLine; ///< first header line; empty in a window too narrow for it
     PaneRect pathLine;       ///< second header line
     PaneRect header;         ///< ends at the separator line
     PaneRect textArea;       ///< header colour, a line in its last row; empty when none is shown

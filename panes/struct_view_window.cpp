@@ -63,9 +63,10 @@ void Frame(HDC dc, const RECT& area, COLORREF color) {
     ::FrameRect(dc, &area, static_cast<HBRUSH>(::GetStockObject(DC_BRUSH)));
 }
 
+/// Painted anew: a neighbour that moved first may stand on the old picture already.
 void Place(HWND control, const PaneRect& rect) {
     ::SetWindowPos(control, nullptr, rect.left, rect.top, rect.Width(), rect.Height(),
-                   SWP_NOZORDER | SWP_NOACTIVATE);
+                   SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS);
 }
 
 void SetFont(HWND control, HFONT font) {

@@ -209,8 +209,11 @@ TEST(StructViewLayout, PlacesButtonsFromTheRightAndTheListBelowTheTextArea) {
     EXPECT_EQ(layout.header, (PaneRect{0, 0, 1050, 93}));
     EXPECT_EQ(layout.textArea, (PaneRect{0, 93, 1050, layout.listTopPx}));
     EXPECT_EQ(layout.textBox, (PaneRect{18, 102, 1032, layout.listTopPx - 10}));
-    // The smallest window keeps a text of some height.
-    EXPECT_EQ(LayOutStructView(504, 221, 96, StructTextArea::Info).listTopPx, 62 + 61);
+    // The smallest window keeps a text of some height, and the path in its header.
+    layout = LayOutStructView(504, 221, 96, StructTextArea::Info);
+    EXPECT_EQ(layout.listTopPx, 62 + 61);
+    EXPECT_EQ(layout.definitionLine, PaneRect());
+    EXPECT_EQ(layout.pathLine, (PaneRect{12, 28, 492, 62}));
 }
 
 TEST(PaneColors, AreThoseOfTheTheme) {
