@@ -14,8 +14,8 @@ namespace kvx {
 using InspectorWorker = LatestRequestWorker<InspectorRequest, InspectorRows>;
 using PostedInspectorRows = InspectorWorker::Posted;
 
-/// Name and value.
-inline constexpr std::array<ListColumn, 2> kInspectorColumns = {{{124, 80}, {324, 120}}};
+/// Name and value, the largest number in full.
+inline constexpr std::array<ListColumn, 2> kInspectorColumns = {{{124, 80}, {364, 120}}};
 
 class InspectorModel : public IListContent {
 public:

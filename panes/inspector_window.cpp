@@ -10,7 +10,7 @@ constexpr PaneKind kKind{.className = L"Kivra.DataInspectorWindow",
                          .minimumWidth = 240,
                          .minimumHeight = 200};
 
-constexpr int kStartWidth = 504; ///< pixels at 96 DPI: both columns in full
+constexpr int kStartWidth = 544; ///< pixels at 96 DPI: both columns in full
 
 } // namespace
 
