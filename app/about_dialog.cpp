@@ -4,6 +4,7 @@
 #include "platform/win32/gdi.h"
 #include "platform/win32/wide.h"
 
+#include <string>
 #include <utility>
 
 #include <commctrl.h>
@@ -16,12 +17,29 @@ bool IsPressed(WPARAM key) {
     return key == VK_RETURN || key == VK_SPACE;
 }
 
+// Around the text: the label is wider.
 void DrawFocusFrame(HWND window) {
+    RECT frame{};
+    ::GetClientRect(window, &frame);
+    std::u16string text(static_cast<std::size_t>(::GetWindowTextLengthW(window)), u'\0');
+    ::GetWindowTextW(window, AsWideBuffer(text), static_cast<int>(text.size()) + 1);
     const HDC dc = ::GetDC(window);
-    RECT client{};
-    ::GetClientRect(window, &client);
-    ::DrawFocusRect(dc, &client);
+    {
+        const SelectScope font(dc,
+                               reinterpret_cast<HFONT>(::SendMessageW(window, WM_GETFONT, 0, 0)));
+        ::DrawTextW(dc, AsWide(text), -1, &frame, DT_CALCRECT | DT_NOPREFIX | DT_SINGLELINE);
+        ::DrawFocusRect(dc, &frame);
+    }
     ::ReleaseDC(window, dc);
+}
+
+// The blue that readers know, except where the user has chosen colours of strong contrast.
+COLORREF LinkColor() {
+    HIGHCONTRASTW contrast{};
+    contrast.cbSize = sizeof(contrast);
+    ::SystemParametersInfoW(SPI_GETHIGHCONTRAST, sizeof(contrast), &contrast, 0);
+    const bool strong = (contrast.dwFlags & HCF_HIGHCONTRASTON) != 0;
+    return strong ? ::GetSysColor(COLOR_HOTLIGHT) : RGB(0x00, 0x66, 0xCC);
 }
 
 // A label becomes a link: a hand above it, and the keyboard reaches and presses it.
@@ -97,7 +115,7 @@ private:
             return std::nullopt;
         }
         const LRESULT brush = ::DefWindowProcW(Window(), message, wParam, lParam);
-        ::SetTextColor(reinterpret_cast<HDC>(wParam), ::GetSysColor(COLOR_HOTLIGHT));
+        ::SetTextColor(reinterpret_cast<HDC>(wParam), LinkColor());
         return brush;
     }
 

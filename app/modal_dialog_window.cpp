@@ -174,6 +174,12 @@ void ModalDialogWindow::Close() {
     if (window_ == nullptr) return;
     ::EnableWindow(owner_, TRUE);
     ::DestroyWindow(window_);
+    WakeLoop();
+}
+
+// A message that another thread sent is dealt with while the loop goes on waiting for the next.
+void ModalDialogWindow::WakeLoop() {
+    ::PostMessageW(nullptr, WM_NULL, 0, 0);
 }
 
 std::u16string ModalDialogWindow::ControlText(int id) const {

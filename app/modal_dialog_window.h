@@ -57,6 +57,8 @@ protected:
 
     /// Ends the dialog: destroys its window.
     void Close();
+    /// Has AfterMessage called soon, however the present message came.
+    static void WakeLoop();
 
     HWND Control(int id) const { return ::GetDlgItem(window_, id); }
     std::u16string ControlText(int id) const;

@@ -32,10 +32,10 @@ void SearchDialog::OnCreated() {
 void SearchDialog::OnCommand(int id, int notification) {
     switch (id) {
     case kDefaultButtonId:
-        state_.RequestSearch(SearchDirection::Next);
+        Request(SearchDirection::Next);
         break;
     case kSearchPreviousId:
-        state_.RequestSearch(SearchDirection::Previous);
+        Request(SearchDirection::Previous);
         break;
     case kCancelButtonId:
         OnCloseRequest();
@@ -46,6 +46,11 @@ void SearchDialog::OnCommand(int id, int notification) {
     default:
         break;
     }
+}
+
+void SearchDialog::Request(SearchDirection direction) {
+    state_.RequestSearch(direction);
+    WakeLoop();
 }
 
 void SearchDialog::OnCloseRequest() {

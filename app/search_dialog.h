@@ -33,6 +33,7 @@ private:
     void RequestCancel() override { state_.RequestCancel(); }
     bool IsCancelRequested() const override;
 
+    void Request(SearchDirection direction);
     SearchType SelectedType() const;
     void TakeType();
     void FillHistory() const;
