@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <random>
+#include <vector>
 
 namespace kvx {
 namespace {
@@ -15,11 +16,31 @@ namespace {
 constexpr int kFiles = 24;
 constexpr int kStructsPerFile = 25;
 
-/// Settings of one pattern file. C names its types by size, so every size has one.
-struct Sizes {
-    int shortSize, intSize, longSize, longLongSize, floatSize, doubleSize, pointer, align;
+/// Types of one size: that of the directive, one of `sizes`, or always the only one of them. The
+/// likely sizes stand twice.
+struct SizedTypes {
+    std::string directive;
+    std::vector<int> sizes;
+    std::vector<std::string> names;
 };
 
+const SizedTypes kSizedTypes[] = {
+    {"", {1}, {"char", "signed char", "unsigned char", "int8_t", "uint8_t"}},
+    {"", {2}, {"int16_t", "uint16_t"}},
+    {"", {4}, {"int32_t", "uint32_t"}},
+    {"", {8}, {"int64_t", "uint64_t"}},
+    {"@sizeof_short", {2, 2, 1, 4, 8}, {"short", "signed short", "unsigned short"}},
+    {"@sizeof_int", {4, 4, 1, 2, 8}, {"int", "signed int", "unsigned int"}},
+    {"@sizeof_long", {8, 8, 1, 2, 4}, {"long", "signed long", "unsigned long"}},
+    {"@sizeof_long_long",
+     {8, 8, 1, 2, 4, 16},
+     {"long long", "signed long long", "unsigned long long"}},
+    {"@sizeof_float", {4, 4, 2, 8, 16}, {"float"}},
+    {"@sizeof_double", {8, 8, 4, 16}, {"double"}},
+    {"@pointer_size", {8, 8, 1, 2, 4, 16}, {"void*", "Unknown **", "struct Later *"}},
+};
+
+/// C names types by size: each size of ours has one.
 std::string CTypeOfSize(int size) {
     return size == 16 ? "__int128" : "int" + std::to_string(size * 8) + "_t";
 }
@@ -33,18 +54,16 @@ struct KnownType {
 class RandomFile {
 public:
     RandomFile(unsigned seed, std::string prefix) : random_(seed), prefix_(std::move(prefix)) {
-        sizes_ = {Pick({2, 2, 1, 4, 8}),     Pick({4, 4, 1, 2, 8}),  Pick({8, 8, 1, 2, 4}),
-                  Pick({8, 8, 1, 2, 4, 16}), Pick({4, 4, 2, 8, 16}), Pick({8, 8, 4, 16}),
-                  Pick({8, 8, 1, 2, 4, 16}), Pick({8, 8, 4, 0})};
-        const std::pair<const char*, int> directives[] = {
-            {"sizeof_short", sizes_.shortSize}, {"sizeof_int", sizes_.intSize},
-            {"sizeof_long", sizes_.longSize},   {"sizeof_long_long", sizes_.longLongSize},
-            {"sizeof_float", sizes_.floatSize}, {"sizeof_double", sizes_.doubleSize},
-            {"pointer_size", sizes_.pointer},   {"member_align", sizes_.align}};
-        for (const auto& [name, value] : directives)
-            pattern_ += "@" + std::string(name) + " " + std::to_string(value) + "\n";
-        AddBuiltInTypes();
-        c_ += "#pragma pack(push, " + std::to_string(sizes_.align == 0 ? 1 : sizes_.align) + ")\n";
+        for (const SizedTypes& types : kSizedTypes) {
+            const int size = Pick(types.sizes);
+            if (!types.directive.empty())
+                pattern_ += types.directive + " " + std::to_string(size) + "\n";
+            for (const std::string& name : types.names)
+                types_.push_back({name, CTypeOfSize(size)});
+        }
+        const int align = Pick({8, 8, 4, 0});
+        pattern_ += "@member_align " + std::to_string(align) + "\n";
+        c_ += "#pragma pack(push, " + std::to_string(align == 0 ? 1 : align) + ")\n";
         for (int index = 0; index < kStructsPerFile; ++index)
             AddStruct(index);
         c_ += "#pragma pack(pop)\n";
@@ -57,32 +76,12 @@ public:
 
 private:
     int Below(int limit) { return static_cast<int>(random_() % static_cast<unsigned>(limit)); }
-    int Pick(std::initializer_list<int> values) {
-        return values.begin()[Below(static_cast<int>(values.size()))];
-    }
+    int Pick(const std::vector<int>& values) { return values[random_() % values.size()]; }
 
     /// What is the same in both languages.
     void Declare(const std::string& text) {
         pattern_ += text;
         c_ += text;
-    }
-
-    void AddBuiltInTypes() {
-        const auto add = [this](int size, std::initializer_list<const char*> names) {
-            for (const char* name : names)
-                types_.push_back({name, CTypeOfSize(size)});
-        };
-        add(1, {"char", "signed char", "unsigned char", "int8_t", "uint8_t"});
-        add(2, {"int16_t", "uint16_t"});
-        add(4, {"int32_t", "uint32_t"});
-        add(8, {"int64_t", "uint64_t"});
-        add(sizes_.shortSize, {"short", "signed short", "unsigned short"});
-        add(sizes_.intSize, {"int", "signed int", "unsigned int"});
-        add(sizes_.longSize, {"long", "signed long", "unsigned long"});
-        add(sizes_.longLongSize, {"long long", "signed long long", "unsigned long long"});
-        add(sizes_.floatSize, {"float"});
-        add(sizes_.doubleSize, {"double"});
-        add(sizes_.pointer, {"void*", "Unknown **", "struct Later *"});
     }
 
     void AddStruct(int index) {
@@ -127,7 +126,6 @@ private:
 
     std::mt19937 random_;
     std::string prefix_;
-    Sizes sizes_{};
     std::vector<KnownType> types_;
     std::string pattern_;
     std::string c_;
