@@ -6,13 +6,6 @@
 #include <numeric>
 #include <utility>
 
-#if defined(__SSE2__) || defined(_M_X64)
-#include <emmintrin.h>
-#define KVX_HAS_SSE2 1
-#else
-#define KVX_HAS_SSE2 0
-#endif
-
 namespace kvx {
 namespace {
 
@@ -32,9 +25,6 @@ constexpr std::size_t kEqualPerByte = 32;
 constexpr std::size_t kAutomatonLimit = std::size_t{32} << 10;
 constexpr std::size_t kStretch = std::size_t{64} << 10;
 
-// Starts that are filtered at a time.
-constexpr std::size_t kGroup = 64;
-
 void Charge(std::size_t& account, std::size_t cost, std::size_t gain) {
     account += cost;
     account -= std::min(account, gain);
@@ -45,62 +35,6 @@ std::uint64_t WordAt(const std::uint8_t* bytes) {
     std::memcpy(&word, bytes, sizeof word);
     return word;
 }
-
-#if KVX_HAS_SSE2
-constexpr std::size_t kLanes = 16;
-
-// The probes in vectors, one byte in all lanes each.
-template <std::size_t kCount>
-class VectorFilter {
-public:
-    template <typename Probes>
-    VectorFilter(const std::uint8_t* data, const Probes& probes) {
-        for (std::size_t i = 0; i < kCount; ++i) {
-            places_[i] = data + probes[i].at;
-            values_[i] = _mm_set1_epi8(static_cast<char>(probes[i].value));
-        }
-    }
-
-    // True when all probes fit at one of the starts [first, first + kGroup) at least.
-    bool FitsAny(std::size_t first) const {
-        const __m128i any =
-            _mm_or_si128(_mm_or_si128(Fits(first), Fits(first + kLanes)),
-                         _mm_or_si128(Fits(first + 2 * kLanes), Fits(first + 3 * kLanes)));
-        return _mm_movemask_epi8(any) != 0;
-    }
-
-    // Bit i: they fit at first + i.
-    std::uint64_t FitsOf(std::size_t first) const {
-        std::uint64_t bits = 0;
-        for (std::size_t lane = 0; lane < kGroup; lane += kLanes) {
-            const int fits = _mm_movemask_epi8(Fits(first + lane));
-            bits |= std::uint64_t{static_cast<std::uint32_t>(fits)} << lane;
-        }
-        return bits;
-    }
-
-private:
-    __m128i Fits(std::size_t first) const {
-        return FitsOfEach(first, std::make_index_sequence<kCount - 1>());
-    }
-
-    template <std::size_t... kRest>
-    __m128i FitsOfEach(std::size_t first, std::index_sequence<kRest...>) const {
-        __m128i fits = FitsOfOne<0>(first);
-        ((fits = _mm_and_si128(fits, FitsOfOne<kRest + 1>(first))), ...);
-        return fits;
-    }
-
-    template <std::size_t kProbe>
-    __m128i FitsOfOne(std::size_t first) const {
-        const void* place = places_[kProbe] + first;
-        return _mm_cmpeq_epi8(_mm_loadu_si128(static_cast<const __m128i*>(place)), values_[kProbe]);
-    }
-
-    std::array<const std::uint8_t*, kCount> places_;
-    __m128i values_[kCount];
-};
-#endif
 
 // Bytes at the end or the front of `pattern` that are the same in `data`, one word at a time.
 std::size_t EqualAtEnd(ByteView pattern, const std::uint8_t* data) {
@@ -134,8 +68,12 @@ struct ByteMatcher::Forwards {
         const std::size_t first = std::exchange(starts.begin, starts.begin + count);
         return {first, starts.begin};
     }
-    static void Leave(Starts& starts, std::size_t start, std::size_t steps) {
-        starts.begin = start + steps;
+    static void Leave(Candidates& candidates, Starts& starts, std::size_t start,
+                      std::size_t steps) {
+        const std::size_t next = start + steps;
+        const std::size_t left = next - candidates.first;
+        candidates.fits = left < kStartGroup ? candidates.fits >> left << left : 0;
+        starts.begin = std::max(starts.begin, next);
     }
     static std::size_t Nearest(std::uint64_t fits) {
         return static_cast<std::size_t>(std::countr_zero(fits));
@@ -145,6 +83,8 @@ struct ByteMatcher::Forwards {
     }
     static std::size_t Index(std::size_t length, std::size_t equal) { return length - 1 - equal; }
     static const SkipTable& Skips(const ByteMatcher& matcher) { return matcher.skipForwards_; }
+    static auto TakeGroups(const ByteFilter& filter) { return filter.fromFront; }
+    static std::size_t GroupTakenLast(Starts rest) { return rest.begin - kStartGroup; }
 };
 
 struct ByteMatcher::Backwards {
@@ -154,8 +94,12 @@ struct ByteMatcher::Backwards {
         const std::size_t last = std::exchange(starts.end, starts.end - count);
         return {starts.end, last};
     }
-    static void Leave(Starts& starts, std::size_t start, std::size_t steps) {
-        starts.end = start + 1 - std::min(start + 1, steps);
+    static void Leave(Candidates& candidates, Starts& starts, std::size_t start,
+                      std::size_t steps) {
+        const std::size_t end = start + 1 - std::min(start + 1, steps);
+        const std::size_t left = end - std::min(end, candidates.first);
+        candidates.fits &= (std::uint64_t{1} << left) - 1;
+        starts.end = std::min(starts.end, end);
     }
     static std::size_t Nearest(std::uint64_t fits) {
         return 63 - static_cast<std::size_t>(std::countl_zero(fits));
@@ -165,9 +109,17 @@ struct ByteMatcher::Backwards {
     }
     static std::size_t Index(std::size_t, std::size_t equal) { return equal; }
     static const SkipTable& Skips(const ByteMatcher& matcher) { return matcher.skipBackwards_; }
+    static auto TakeGroups(const ByteFilter& filter) { return filter.fromBack; }
+    static std::size_t GroupTakenLast(Starts rest) { return rest.end; }
 };
 
-ByteMatcher::ByteMatcher(ByteView pattern) : pattern_(pattern) {
+const ByteFilter* FastestFilter() {
+    static const ByteFilter* const filter = Avx2Filter() ? Avx2Filter() : Sse2Filter();
+    return filter;
+}
+
+ByteMatcher::ByteMatcher(ByteView pattern, const ByteFilter* filter)
+    : pattern_(pattern), filter_(filter) {
     const std::size_t length = pattern.size();
     skipForwards_.fill(length);
     skipBackwards_.fill(length);
@@ -197,54 +149,53 @@ std::optional<std::size_t> ByteMatcher::Find(ByteView window) {
     const std::size_t allStarts = window.size() - length + 1;
     const SkipTable& skips = Way::Skips(*this);
     Starts starts{0, allStarts};
+    std::size_t previous = Way::kWantsLast ? allStarts : 0; // start that was compared
     while (!starts.IsEmpty()) {
-        const auto candidate = NextCandidate<Way>(data, starts, allStarts);
-        if (!candidate) break;
-        const std::uint8_t* at = data + *candidate;
-        const std::size_t equal = Way::Equal(pattern_, at);
-        if (equal == length) return candidate;
+        Candidates candidates = TakeCandidates<Way>(data, starts, allStarts);
+        while (candidates.fits != 0) {
+            const std::size_t start = candidates.first + Way::Nearest(candidates.fits);
+            const std::uint8_t* at = data + start;
+            const std::size_t equal = Way::Equal(pattern_, at);
+            if (equal == length) return start;
 
-        // The byte that differs moves to where it is in the pattern, unless that is on the wrong
-        // side; the byte that was compared first always moves on.
-        const std::size_t differing = Way::Index(length, equal);
-        const std::size_t skip = skips[at[differing]];
-        const std::size_t least = skips[at[Way::Index(length, 0)]];
-        const std::size_t before = starts.Count();
-        Way::Leave(starts, *candidate, std::max(least, skip - std::min(skip, equal)));
-        NoteFailure(before - starts.Count(), equal, differing);
+            // The byte that differs moves to where it is in the pattern, unless that is on the
+            // wrong side; the byte that was compared first always moves on.
+            const std::size_t differing = Way::Index(length, equal);
+            const std::size_t skip = skips[at[differing]];
+            const std::size_t least = skips[at[Way::Index(length, 0)]];
+            Way::Leave(candidates, starts, start, std::max(least, skip - std::min(skip, equal)));
+            NoteFailure(equal, differing, std::max(start, previous) - std::min(start, previous));
+            previous = start;
+        }
         if (debt_ < kAutomatonLimit) continue;
         if (const auto found = ScanStretch<Way>(data, starts)) return found;
     }
     return std::nullopt;
 }
 
+// The next group of starts with candidates among them; all are where there is no filter or less
+// than a group for it.
 template <typename Way>
-std::optional<std::size_t> ByteMatcher::NextCandidate(const std::uint8_t* data, Starts starts,
-                                                      std::size_t allStarts) const {
-    if (!KVX_HAS_SSE2 || allStarts < kGroup) return Way::Take(starts, 1).begin;
-    if (pattern_.size() == 1) return Filter<Way, 1>(data, starts, allStarts);
-    if (learned_ == 0) return Filter<Way, kRarest>(data, starts, allStarts);
-    if (learned_ <= 2) return Filter<Way, 4>(data, starts, allStarts);
-    return Filter<Way, kMaxProbes>(data, starts, allStarts);
-}
-
-// The first start in the way's order at which the first `kCount` probes fit. Reads whole groups of
-// starts, of which the window has at least one.
-template <typename Way, std::size_t kCount>
-std::optional<std::size_t> ByteMatcher::Filter(const std::uint8_t* data, Starts starts,
-                                               std::size_t allStarts) const {
-    const VectorFilter<kCount> filter(data, probes_);
-    while (starts.Count() >= kGroup) {
-        const std::size_t first = Way::Take(starts, kGroup).begin;
-        if (filter.FitsAny(first)) return first + Way::Nearest(filter.FitsOf(first));
+ByteMatcher::Candidates ByteMatcher::TakeCandidates(const std::uint8_t* data, Starts& starts,
+                                                    std::size_t allStarts) const {
+    const auto lowest = [](std::size_t count) {
+        return ~std::uint64_t{0} >> (kStartGroup - count);
+    };
+    if (!filter_ || allStarts < kStartGroup) {
+        const Starts taken = Way::Take(starts, std::min(starts.Count(), kStartGroup));
+        return {taken.begin, lowest(taken.Count())};
     }
-    if (starts.IsEmpty()) return std::nullopt;
-    const std::size_t first = std::min(starts.begin, allStarts - kGroup);
-    const std::uint64_t wanted = (~std::uint64_t{0} >> (kGroup - starts.Count()))
-                                 << (starts.begin - first);
-    const std::uint64_t fits = filter.FitsOf(first) & wanted;
-    if (fits == 0) return std::nullopt;
-    return first + Way::Nearest(fits);
+    const auto takeGroups = Way::TakeGroups(*filter_);
+    const std::uint64_t fits = takeGroups(data, probes_.data(), ProbeCount(), starts);
+    if (fits != 0) return {Way::GroupTakenLast(starts), fits};
+    if (starts.IsEmpty()) return {};
+
+    // The rest is less than a group: some starts of this one have been ruled out before.
+    const std::size_t first = std::min(starts.begin, allStarts - kStartGroup);
+    const std::uint64_t wanted = lowest(starts.Count()) << (starts.begin - first);
+    starts = {};
+    Starts group{first, first + kStartGroup};
+    return {first, wanted & takeGroups(data, probes_.data(), ProbeCount(), group)};
 }
 
 // Takes a stretch of the starts through an automaton that never looks back.
@@ -290,17 +241,30 @@ void ByteMatcher::ChooseRarest(ByteView window) {
     chosen_ = true;
 }
 
+// One byte needs no second probe, and what was learned fills up the next larger number.
+std::size_t ByteMatcher::ProbeCount() const {
+    if (pattern_.size() == 1) return 1;
+    std::size_t count = kRarest;
+    while (count < std::min(kRarest + learned_, kMaxProbes))
+        count *= 2;
+    return count;
+}
+
 // From now on the byte at `at` is looked for too, instead of the one learned the longest ago.
 void ByteMatcher::Learn(std::size_t at) {
     constexpr std::size_t kLearnable = kMaxProbes - kRarest;
+    for (const Probe& probe : probes_)
+        if (probe.at == at) return;
     probes_[kRarest + learned_ % kLearnable] = {at, pattern_[at]};
     ++learned_;
 }
 
-void ByteMatcher::NoteFailure(std::size_t passed, std::size_t equal, std::size_t failedAt) {
+void ByteMatcher::NoteFailure(std::size_t equal, std::size_t failedAt, std::size_t passed) {
     Charge(unease_, kFilterCost + equal, passed);
     Charge(debt_, kAutomatonCost + equal / kEqualPerByte, passed);
-    if (unease_ >= kLearningLimit) Learn(failedAt);
+    // In a row of one byte more places of it tell little, unless they are all of the row.
+    const bool learns = different_.size() > 1 || pattern_.size() <= kMaxProbes;
+    if (learns && unease_ >= kLearningLimit) Learn(failedAt);
 }
 
 void ByteMatcher::FindBorders() {

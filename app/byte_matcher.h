@@ -1,6 +1,7 @@
 // Finds a pattern of bytes in bytes in memory, the first or the last of its occurrences.
 #pragma once
 
+#include "app/byte_filter.h"
 #include "platform/bytes.h"
 
 #include <array>
@@ -11,6 +12,9 @@
 
 namespace kvx {
 
+/// The best filter for the processor that the program runs on.
+const ByteFilter* FastestFilter();
+
 /// A Boyer-Moore-Horspool matcher that looks at many starts at once: only where the rarest bytes of
 /// the pattern fit is the pattern compared. Repetitive data cannot make it slow: bytes at which
 /// comparisons fail join the rare ones, and where comparisons cost more than they gain
@@ -18,8 +22,8 @@ namespace kvx {
 /// one matcher, which learns as it goes.
 class ByteMatcher {
 public:
-    /// `pattern`, at least one byte, must outlive the matcher.
-    explicit ByteMatcher(ByteView pattern);
+    /// `pattern`, at least one byte, must outlive the matcher. `filter` may be null.
+    explicit ByteMatcher(ByteView pattern, const ByteFilter* filter = FastestFilter());
 
     /// Where in `window` the pattern begins for the first or the last time; empty when it does not
     /// lie in it whole.
@@ -27,45 +31,34 @@ public:
     std::optional<std::size_t> FindLast(ByteView window);
 
 private:
-    /// A byte of the pattern that is looked for before the pattern is compared.
-    struct Probe {
-        std::size_t at = 0; ///< index in the pattern
-        std::uint8_t value = 0;
-    };
-
-    /// Places in the window where the pattern may still begin, half open.
-    struct Starts {
-        std::size_t begin = 0;
-        std::size_t end = 0;
-
-        bool IsEmpty() const { return begin >= end; }
-        std::size_t Count() const { return IsEmpty() ? 0 : end - begin; }
+    /// A group of starts and, as bits, those at which the probes fit.
+    struct Candidates {
+        std::size_t first = 0;
+        std::uint64_t fits = 0;
     };
 
     using SkipTable = std::array<std::size_t, 256>;
 
     static constexpr std::size_t kRarest = 2;
-    static constexpr std::size_t kMaxProbes = 8;
 
     struct Forwards;
     struct Backwards;
     template <typename Way>
     std::optional<std::size_t> Find(ByteView window);
     template <typename Way>
-    std::optional<std::size_t> NextCandidate(const std::uint8_t* data, Starts starts,
-                                             std::size_t allStarts) const;
-    template <typename Way, std::size_t kCount>
-    std::optional<std::size_t> Filter(const std::uint8_t* data, Starts starts,
-                                      std::size_t allStarts) const;
+    Candidates TakeCandidates(const std::uint8_t* data, Starts& starts,
+                              std::size_t allStarts) const;
     template <typename Way>
     std::optional<std::size_t> ScanStretch(const std::uint8_t* data, Starts& starts);
 
+    std::size_t ProbeCount() const;
     void ChooseRarest(ByteView window);
     void Learn(std::size_t at);
-    void NoteFailure(std::size_t passed, std::size_t equal, std::size_t failedAt);
+    void NoteFailure(std::size_t equal, std::size_t failedAt, std::size_t passed);
     void FindBorders();
 
     ByteView pattern_;
+    const ByteFilter* filter_;
     SkipTable skipForwards_;  ///< steps from the last but one place of a byte to the pattern's end
     SkipTable skipBackwards_; ///< steps from the pattern's begin to the next place of a byte
     std::vector<Probe> different_;              ///< each byte that occurs in the pattern, once

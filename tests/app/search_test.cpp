@@ -9,12 +9,14 @@
 #include <gtest/gtest.h>
 #include <random>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace kvx {
 namespace {
 
 using testing::ElementsAre;
+using testing::IsEmpty;
 
 constexpr std::size_t kBlockSizes[] = {1, 2, 3, 7, 16, 64, 100, 257, kSearchBlockSize};
 
@@ -22,25 +24,12 @@ SearchOutcome FoundAt(std::uint64_t offset) {
     return {SearchStatus::Found, offset};
 }
 
-std::uint64_t Position(const Bytes& bytes, Bytes::const_iterator hit) {
-    return static_cast<std::uint64_t>(std::distance(bytes.begin(), hit));
+std::string_view Text(const Bytes& bytes) {
+    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
-// By the standard library, over all bytes at once.
-SearchOutcome ExpectedForward(const Bytes& bytes, const Bytes& pattern, std::uint64_t start) {
-    if (start >= bytes.size()) return {};
-    const auto from = std::next(bytes.begin(), static_cast<std::ptrdiff_t>(start));
-    const auto hit = std::search(from, bytes.end(), pattern.begin(), pattern.end());
-    return hit == bytes.end() ? SearchOutcome{} : FoundAt(Position(bytes, hit));
-}
-
-SearchOutcome ExpectedBackward(const Bytes& bytes, const Bytes& pattern, std::uint64_t start) {
-    const std::uint64_t length = pattern.size();
-    if (length > bytes.size()) return {};
-    const std::uint64_t end = std::min(start, bytes.size() - length) + length;
-    const auto to = std::next(bytes.begin(), static_cast<std::ptrdiff_t>(end));
-    const auto hit = std::find_end(bytes.begin(), to, pattern.begin(), pattern.end());
-    return hit == to ? SearchOutcome{} : FoundAt(Position(bytes, hit));
+SearchOutcome OutcomeOf(std::size_t found) {
+    return found == std::string_view::npos ? SearchOutcome{} : FoundAt(found);
 }
 
 class Dice {
@@ -86,16 +75,16 @@ Bytes PatternFor(Dice& dice, const Bytes& bytes, std::size_t letters) {
 void CompareAt(const IReadOnlyDocument& document, const Bytes& bytes, const Bytes& pattern,
                std::uint64_t start, std::size_t blockSize) {
     ASSERT_EQ(SearchForward(document, pattern, start, {}, {}, blockSize),
-              ExpectedForward(bytes, pattern, start))
+              OutcomeOf(Text(bytes).find(Text(pattern), start)))
         << pattern.size() << " bytes from " << start << " in blocks of " << blockSize;
     ASSERT_EQ(SearchBackward(document, pattern, start, {}, {}, blockSize),
-              ExpectedBackward(bytes, pattern, start))
+              OutcomeOf(Text(bytes).rfind(Text(pattern), start)))
         << pattern.size() << " bytes back from " << start << " in blocks of " << blockSize;
 }
 
 TEST(Search, FindsWhatTheStandardLibraryFindsFromEveryStartInBlocksOfAnySize) {
     Dice dice(1);
-    for (int round = 0; round < 400 && !HasFailure(); ++round) {
+    for (int round = 0; round < 120 && !HasFailure(); ++round) {
         SCOPED_TRACE("round " + std::to_string(round));
         const std::size_t letters = 2 + dice.Below(3);
         MemoryDocument document(RepetitiveBytes(dice, dice.Below(400), letters));
@@ -108,15 +97,95 @@ TEST(Search, FindsWhatTheStandardLibraryFindsFromEveryStartInBlocksOfAnySize) {
     }
 }
 
-TEST(Search, FindsTheSameInLargeRepetitiveDocuments) {
+TEST(Search, FindsTheSameInLargeEditedDocuments) {
     Dice dice(2);
-    for (int round = 0; round < 60 && !HasFailure(); ++round) {
+    TempFolder folder;
+    for (int round = 0; round < 12 && !HasFailure(); ++round) {
         SCOPED_TRACE("round " + std::to_string(round));
         const std::size_t letters = 1 + dice.Below(3);
-        MemoryDocument document(RepetitiveBytes(dice, 20'000 + dice.Below(20'000), letters));
-        const Bytes pattern = PatternFor(dice, document.bytes, letters + 1);
-        CompareAt(document, document.bytes, pattern, dice.Below(document.bytes.size()), 16'000);
+        const Bytes file = RepetitiveBytes(dice, 60'000 + dice.Below(20'000), letters);
+        EditableDocument document;
+        ASSERT_TRUE(document.Open(folder.Write(u"data", std::string(file.begin(), file.end()))));
+        for (std::size_t edits = round % 3 == 0 ? 0 : dice.Below(500); edits > 0; --edits) {
+            const std::uint64_t at = dice.Below(document.GetSize());
+            const std::size_t kind = dice.Below(3);
+            if (kind == 0) document.InsertByte(at, dice.Letter(letters));
+            if (kind == 1) document.DeleteByte(at);
+            if (kind == 2) document.OverwriteByte(at, dice.Letter(letters));
+        }
+        const Bytes bytes = document.ReadBytes(0, document.GetSize());
+        for (int each = 0; each < 10 && !HasFailure(); ++each)
+            CompareAt(document, bytes, PatternFor(dice, bytes, letters + 1),
+                      dice.Below(bytes.size()), 30'000);
     }
+}
+
+// What a search told and asked, and how many blocks it had read before.
+class Journal {
+public:
+    explicit Journal(std::size_t size) : document_(Bytes(size, 0)) {}
+
+    std::vector<std::string> OfForward(Bytes pattern, std::uint64_t start, std::size_t blocks) {
+        entries_.clear();
+        status_ = SearchForward(document_, pattern, start, Progress(), Check(blocks), 10).status;
+        return entries_;
+    }
+    std::vector<std::string> OfBackward(Bytes pattern, std::uint64_t start, std::size_t blocks) {
+        entries_.clear();
+        status_ = SearchBackward(document_, pattern, start, Progress(), Check(blocks), 10).status;
+        return entries_;
+    }
+    SearchStatus Status() const { return status_; }
+
+private:
+    ProgressCallback Progress() {
+        return [this](std::uint64_t done, std::uint64_t total) {
+            entries_.push_back(std::to_string(done) + " of " + std::to_string(total));
+        };
+    }
+    ContinueCheck Check(std::size_t blocks) {
+        return [this, blocks]() mutable {
+            entries_.push_back("? after " + std::to_string(document_.reads));
+            return blocks-- > 0;
+        };
+    }
+
+    MemoryDocument document_;
+    std::vector<std::string> entries_;
+    SearchStatus status_ = SearchStatus::Found;
+};
+
+TEST(Search, ReportsAndAsksBeforeItReadsEachBlock) {
+    EXPECT_THAT(
+        Journal(25).OfForward({1, 2}, 3, 9),
+        ElementsAre("3 of 25", "? after 0", "13 of 25", "? after 1", "23 of 25", "? after 2"));
+    EXPECT_THAT(Journal(25).OfBackward({1, 2}, 99, 9),
+                ElementsAre("1 of 25", "? after 0", "11 of 25", "? after 1", "21 of 25",
+                            "? after 2", "25 of 25"));
+    EXPECT_THAT(Journal(25).OfForward({1}, 25, 9), IsEmpty()) << "starts at the end";
+    EXPECT_THAT(Journal(2).OfBackward({1, 2, 3}, 0, 9), IsEmpty()) << "is too long";
+    EXPECT_THAT(Journal(2).OfForward({}, 0, 9), IsEmpty()) << "is empty";
+}
+
+TEST(Search, EndsBeforeTheBlockThatIsRefused) {
+    Journal journal(25);
+    EXPECT_THAT(journal.OfForward({1}, 0, 1),
+                ElementsAre("0 of 25", "? after 0", "10 of 25", "? after 1"));
+    EXPECT_EQ(journal.Status(), SearchStatus::Cancelled);
+    EXPECT_THAT(Journal(25).OfBackward({1}, 24, 0), ElementsAre("0 of 25", "? after 0"));
+}
+
+TEST(Search, FindsNothingInWhatCannotBeRead) {
+    MemoryDocument document(Bytes{1, 2, 3, 4, 5, 6});
+    const auto forward = [&](Bytes pattern) {
+        return SearchForward(document, pattern, 0, {}, {}, 2);
+    };
+    document.badFrom = 4;
+    EXPECT_EQ(forward({3, 4}), FoundAt(2));
+    EXPECT_EQ(forward({6}), SearchOutcome{});
+    EXPECT_EQ(SearchBackward(document, Bytes{1}, 9, {}, {}, 2), FoundAt(0));
+    document.open = false;
+    EXPECT_EQ(forward({3}), SearchOutcome{});
 }
 
 } // namespace

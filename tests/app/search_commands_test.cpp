@@ -1,0 +1,168 @@
+#include "app/search_commands.h"
+
+#include "app/file_commands.h"
+#include "settings/settings_file.h"
+#include "tests/app/shell_fakes.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace kvx {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr std::size_t kMiB = std::size_t{1} << 20;
+
+class RecordingSearchDialog final : public SearchDialogHost {
+public:
+    void ShowError(const std::u16string& text, const std::u16string& caption) override {
+        boxes.push_back(u"error " + text + u"|" + caption);
+    }
+    void ShowInformation(const std::u16string& text, const std::u16string& caption) override {
+        boxes.push_back(u"information " + text + u"|" + caption);
+    }
+    void ShowHistory(const std::vector<SearchHistoryEntry>& shown) override { history = shown; }
+    bool IsEscapeDown() const override { return escapeDown; }
+    void RequestCancel() override { cancelRequested = true; }
+    bool IsCancelRequested() const override { return cancelRequested; }
+
+    std::vector<std::u16string> boxes;
+    std::vector<SearchHistoryEntry> history;
+    bool escapeDown = false;
+    bool cancelRequested = false;
+};
+
+class SearchCommands : public testing::Test {
+protected:
+    void Open(const std::string& content) {
+        ASSERT_TRUE(OpenFile(shell, rig.folder.Write(u"data.bin", content)));
+    }
+    void Next(const std::u16string& query, SearchType type = SearchType::Text) {
+        RunSearch(shell, dialog, {type, query}, SearchDirection::Next);
+    }
+    void Previous(const std::u16string& query) {
+        RunSearch(shell, dialog, {SearchType::Text, query}, SearchDirection::Previous);
+    }
+
+    // "caret: first-last" of the selection, or the boxes shown since the last call.
+    std::string Shown() {
+        const HexViewState& view = shell.View().State();
+        if (const auto boxes = std::exchange(dialog.boxes, {}); !boxes.empty())
+            return {boxes[0].begin(), boxes[0].end()};
+        return std::to_string(view.caret) + ": " + std::to_string(view.selAnchor) + "-" +
+               std::to_string(view.selEnd);
+    }
+
+    ShellRig rig;
+    Shell& shell = rig.shell;
+    RecordingShellHost& host = rig.host;
+    RecordingSearchDialog dialog;
+};
+
+constexpr char kNotFound[] = "information error.search_not_found|dialog.search.title";
+
+TEST_F(SearchCommands, HitsAreSelectedOneAfterTheOtherAlsoWhereTheyOverlap) {
+    Open("aaa-aa");
+    const char* const forwards[] = {"0: 0-1", "1: 1-2", "4: 4-5", kNotFound};
+    for (const char* shown : forwards) {
+        Next(u" aa\n");
+        EXPECT_EQ(Shown(), shown);
+    }
+    const char* const backwards[] = {"1: 1-2", "0: 0-1", kNotFound};
+    for (const char* shown : backwards) {
+        Previous(u"aa");
+        EXPECT_EQ(Shown(), shown);
+    }
+    EXPECT_TRUE(host.status.starts_with(u"status.offset: 0x00000000"));
+}
+
+TEST_F(SearchCommands, WithoutASelectionAMatchAtTheCaretIsFoundBothWays) {
+    Open("ab");
+    Previous(u"a");
+    EXPECT_EQ(Shown(), "0: 0-0");
+    shell.View().SetCaret(1);
+    Next(u"b");
+    EXPECT_EQ(Shown(), "1: 1-1");
+    Next(u"b");
+    EXPECT_EQ(Shown(), kNotFound) << "nothing is left behind the selection";
+}
+
+TEST_F(SearchCommands, AnErrorIsShownAndLeavesEverythingAsItWas) {
+    Open("ab");
+    Next(u"123", SearchType::Hex);
+    EXPECT_EQ(Shown(), "error error.search_invalid_hex|dialog.search.title");
+    Next(u"\u3042");
+    EXPECT_EQ(Shown(), "error error.search_invalid_text|dialog.search.title");
+    Next(std::u16string(4097, u'a'));
+    EXPECT_EQ(Shown(), "error error.search_too_long|dialog.search.title");
+    EXPECT_THAT(shell.Settings().searchHistory, IsEmpty());
+    EXPECT_FALSE(shell.View().State().hasSelection);
+}
+
+TEST_F(SearchCommands, SearchesAreRememberedTrimmedWhateverTheyFind) {
+    Open("ab");
+    Next(u" zz ");
+    Next(u"61\t", SearchType::Hex);
+    const std::vector<SearchHistoryEntry> expected = {{u"hex", u"61"}, {u"text", u"zz"}};
+    EXPECT_EQ(dialog.history, expected);
+    AppSettings stored;
+    LoadSettings(rig.folder.Path(u"settings.json"), stored);
+    EXPECT_EQ(stored.searchHistory, expected);
+}
+
+TEST_F(SearchCommands, ProgressIsShownWhileMessagesAreDispatchedAndNoCommandIsTaken) {
+    Open(std::string(3 * kMiB, '-'));
+    host.painted.clear();
+    bool accepted = false;
+    host.duringPump = [&] { accepted = accepted || shell.AcceptsCommands(); };
+    Next(u"x");
+    EXPECT_THAT(host.painted, ElementsAre(u"status.searching 0%", u"status.searching 33%",
+                                          u"status.searching 66%"));
+    EXPECT_FALSE(accepted);
+    EXPECT_TRUE(shell.AcceptsCommands());
+    EXPECT_EQ(Shown(), kNotFound);
+    host.painted.clear();
+    shell.View().SetCaret(3 * kMiB - 1);
+    Previous(u"x");
+    EXPECT_THAT(host.painted, ElementsAre(u"status.searching 0%", u"status.searching 33%",
+                                          u"status.searching 66%", u"status.searching 100%"));
+}
+
+TEST_F(SearchCommands, EscAndCloseEndASearchBeforeItsNextBlockWithoutAWord) {
+    Open(std::string(3 * kMiB, '-') + "x");
+    struct Case {
+        const char* name;
+        std::function<void()> press;
+    };
+    const Case cases[] = {{"Esc", [this] { dialog.escapeDown = true; }},
+                          {"Close", [this] { dialog.RequestCancel(); }}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        dialog.escapeDown = dialog.cancelRequested = false;
+        host.painted.clear();
+        host.duringPump = [&] {
+            if (host.painted.size() == 2) c.press();
+        };
+        Next(u"x");
+        EXPECT_THAT(host.painted, ElementsAre(u"status.searching 0%", u"status.searching 33%"));
+        EXPECT_EQ(Shown(), "0: 0-0");
+        EXPECT_FALSE(shell.View().State().hasSelection);
+        EXPECT_TRUE(shell.AcceptsCommands());
+        EXPECT_TRUE(host.status.starts_with(u"status.offset"));
+    }
+}
+
+TEST_F(SearchCommands, NothingIsSearchedWithoutAFileOrInsideAnotherSearch) {
+    Next(u"a");
+    EXPECT_THAT(shell.Settings().searchHistory, IsEmpty());
+    Open("ab");
+    host.duringPump = [this] { Next(u"b"); };
+    Next(u"a");
+    EXPECT_EQ(Shown(), "0: 0-0");
+    EXPECT_EQ(shell.Settings().searchHistory.size(), 1U);
+}
+
+} // namespace
+} // namespace kvx
