@@ -235,9 +235,18 @@ void StructViewWindow::OnButton(std::uint32_t command) {
     }
 }
 
-// Keys that mean the same wherever in the window the focus is.
+// Keys that mean the same wherever in the window the focus is. On a button those of the list do too:
+// it keeps the focus after a click.
 bool StructViewWindow::OnControlKey(HWND control, WPARAM key) {
+    const bool button = ::GetDlgCtrlID(control) != 0 && control != Handle();
+    if (button && ListKeyOf(static_cast<std::uint32_t>(key), ::GetKeyState(VK_CONTROL) < 0)) {
+        ::SendMessageW(Handle(), WM_KEYDOWN, key, 0);
+        return true;
+    }
     switch (key) {
+    case VK_RETURN:
+        if (button) ::SendMessageW(control, BM_CLICK, 0, 0);
+        return button;
     case VK_F5:
         Notify(PaneNotification::ReloadPattern);
         return true;
@@ -255,10 +264,6 @@ LRESULT CALLBACK StructViewWindow::ControlProcedure(HWND control, UINT message, 
     auto* const window = reinterpret_cast<StructViewWindow*>(self);
     if (message == WM_KEYDOWN && window->OnControlKey(control, wParam)) return 0;
     if (message == WM_CHAR && wParam == VK_TAB) return 0; // done with the key
-    if (message == WM_KEYDOWN && wParam == VK_RETURN && ::GetDlgCtrlID(control) != 0) {
-        ::SendMessageW(control, BM_CLICK, 0, 0);
-        return 0;
-    }
     if (message == WM_NCDESTROY)
         ::RemoveWindowSubclass(control, &StructViewWindow::ControlProcedure, id);
     return ::DefSubclassProc(control, message, wParam, lParam);

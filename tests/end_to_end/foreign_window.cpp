@@ -159,6 +159,17 @@ bool ChooseInFileDialog(DWORD processId, const std::wstring& path) {
     return WaitUntil([&] { return ::IsWindow(dialog) == FALSE; });
 }
 
+std::u16string ClipboardText() {
+    if (::OpenClipboard(nullptr) == FALSE) return {};
+    std::u16string text;
+    if (const HANDLE memory = ::GetClipboardData(CF_UNICODETEXT)) {
+        text = FromWide(static_cast<const wchar_t*>(::GlobalLock(memory)));
+        ::GlobalUnlock(memory);
+    }
+    ::CloseClipboard();
+    return text;
+}
+
 bool Keyboard::TakeForeground() const {
     ::SetForegroundWindow(topLevel_);
     if (!WaitUntil([this] { return HasFocus(topLevel_, focus_); })) return false;

@@ -50,6 +50,9 @@ std::optional<MessageBoxWindow> WaitForMessageBox(DWORD processId);
 /// Waits for the process's file dialog and chooses `path` in it; false when none comes or it stays.
 bool ChooseInFileDialog(DWORD processId, const std::wstring& path);
 
+/// What the clipboard holds as text; empty when it holds none.
+std::u16string ClipboardText();
+
 /// Presses keys of the real keyboard in `window`, which is first brought to the foreground and
 /// given time to have the focus. False when it never gets it.
 class Keyboard {

@@ -51,6 +51,10 @@ ProgramCopy::ProgramCopy() {
                           std::filesystem::copy_options::recursive);
 }
 
+void ProgramCopy::AddPatterns() const {
+    std::filesystem::copy(OriginalFolder() / "patterns", folder_.Root() / "patterns");
+}
+
 KivraProcess::KivraProcess(const ProgramCopy& program, const std::wstring& arguments,
                            const std::filesystem::path& folder) {
     const PROCESS_INFORMATION info =

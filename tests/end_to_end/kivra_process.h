@@ -24,6 +24,9 @@ public:
     void WriteSettings(std::string_view text) const { folder_.Write(u"kivra.settings.json", text); }
     const std::filesystem::path& Folder() const { return folder_.Root(); }
 
+    /// Copies the sample patterns too, which few tests need.
+    void AddPatterns() const;
+
 private:
     TempFolder folder_;
 };
@@ -97,6 +100,8 @@ enum CommandNumber : UINT {
     kCommandFont = 1028,
     kCommandDataInspector = 1029,
     kCommandStructView = 1030,
+    kCommandToggleInspector = 1029,
+    kCommandToggleStructView = 1030,
     kCommandExit = 1031,
     kCommandEnglish = 1033,
     kCommandJapanese = 1034,

@@ -1,0 +1,152 @@
+// The tool windows beside the real main window, and the data inspector's values.
+#include "file_bytes.h"
+#include "pane_driver.h"
+#include "program_texts.h"
+
+#include "encoding/text_encoding.h"
+#include "panes/inspector_model.h"
+#include "panes/pane_colors.h"
+
+#include <gtest/gtest.h>
+
+namespace kvx::test {
+namespace {
+
+struct Place {
+    int left = 0;
+    int top = 0;
+    int right = 0;
+    int bottom = 0;
+
+    friend bool operator==(const Place&, const Place&) = default;
+};
+
+Place PlaceOf(HWND window) {
+    RECT place{};
+    ::GetWindowRect(window, &place);
+    return {place.left, place.top, place.right, place.bottom};
+}
+
+class PanesTest : public testing::Test {
+protected:
+    std::unique_ptr<KivraProcess> Start(const std::string& settings, const std::string& bytes) {
+        if (!settings.empty()) program_.WriteSettings(settings);
+        WriteFileBytes(path_, bytes);
+        auto kivra = std::make_unique<KivraProcess>(program_, Quoted(path_));
+        EXPECT_TRUE(kivra->WaitForWindow());
+        return kivra;
+    }
+
+    /// The text that the inspector copies with `bytes` at the caret.
+    std::u16string InspectorText(ByteView bytes) const {
+        InspectorModel model;
+        model.SetTexts(text_);
+        InspectorRequest request;
+        request.bytes.assign(bytes.begin(), bytes.end());
+        request.unavailableText = text_("inspector.data.value.unavailable");
+        model.SetRows(ComputeInspectorRows(request));
+        return ListCopyText(model);
+    }
+
+    ProgramCopy program_;
+    TempFolder files_;
+    ProgramTexts text_{program_};
+    std::filesystem::path path_ = files_.Root() / "data.bin";
+};
+
+TEST_F(PanesTest, BothTravelWithTheMainWindowAndGoWithIt) {
+    const auto kivra = Start(PaneSettings(true, true), "content");
+    const HWND main = kivra->MainWindow();
+    const HWND inspector = WaitForPane(*kivra, kInspectorClass);
+    const HWND structView = WaitForPane(*kivra, kStructViewClass);
+    ASSERT_TRUE(inspector != nullptr && structView != nullptr);
+    const auto docked = [&] {
+        const Place middle = PlaceOf(main);
+        const Place right = PlaceOf(inspector);
+        const Place left = PlaceOf(structView);
+        return right.left == middle.right + 1 && left.right == middle.left - 1 &&
+               right.top == middle.top && right.bottom == middle.bottom && left.top == middle.top &&
+               left.bottom == middle.bottom;
+    };
+    EXPECT_TRUE(WaitUntil(docked));
+    ::MoveWindow(main, 540, 30, 420, 600, TRUE);
+    EXPECT_TRUE(WaitUntil(docked));
+    EXPECT_EQ(::GetForegroundWindow(), main);
+
+    const HWND panes[] = {inspector, structView};
+    const auto shown = [&](bool expected) {
+        return WaitUntil([&] {
+            return std::ranges::all_of(
+                panes, [&](HWND pane) { return (::IsWindowVisible(pane) != FALSE) == expected; });
+        });
+    };
+    ::ShowWindow(main, SW_MINIMIZE);
+    EXPECT_TRUE(shown(false));
+    ::ShowWindow(main, SW_RESTORE);
+    EXPECT_TRUE(shown(true));
+    EXPECT_TRUE(WaitUntil(docked));
+    kivra->RequestClose();
+    EXPECT_EQ(kivra->WaitForExit(), 0);
+}
+
+TEST_F(PanesTest, ClosingByTheUserIsRemembered) {
+    {
+        const auto kivra = Start({}, "content");
+        const HWND inspector = WaitForPane(*kivra, kInspectorClass);
+        ASSERT_NE(inspector, nullptr) << "it is there from the first start";
+        EXPECT_FALSE(IsShown(*kivra, kStructViewClass));
+        kivra->Run(kCommandToggleStructView);
+        EXPECT_NE(WaitForPane(*kivra, kStructViewClass), nullptr);
+        ::PostMessageW(inspector, WM_CLOSE, 0, 0);
+        EXPECT_TRUE(WaitForEnd(*kivra, kInspectorClass));
+        kivra->RequestClose();
+        EXPECT_EQ(kivra->WaitForExit(), 0);
+    }
+    const auto kivra = Start({}, "content");
+    EXPECT_NE(WaitForPane(*kivra, kStructViewClass), nullptr);
+    EXPECT_FALSE(IsShown(*kivra, kInspectorClass));
+}
+
+TEST_F(PanesTest, TheInspectorEndsOnTheLastOfAThousandMoves) {
+    const std::string bytes = KnownBytes(20'000);
+    const auto kivra = Start(PaneSettings(true, false), bytes);
+    const HWND inspector = WaitForPane(*kivra, kInspectorClass);
+    for (int move = 0; move < 1000; ++move)
+        kivra->Key(VK_DOWN);
+    const auto* const data = reinterpret_cast<const std::uint8_t*>(bytes.data());
+    const std::u16string last = InspectorText({data + 16'000, 96});
+    EXPECT_EQ(WaitForList(inspector, last), last);
+    EXPECT_EQ(CopiedList(inspector, VK_INSERT), last);
+    kivra->Run(kCommandClose);
+    const std::u16string nothing = InspectorText({});
+    EXPECT_EQ(WaitForList(inspector, nothing), nothing);
+}
+
+TEST_F(PanesTest, ThemeAndLanguageReachBothPanes) {
+    const auto kivra = Start(PaneSettings(true, true), "content");
+    const HWND inspector = WaitForPane(*kivra, kInspectorClass);
+    const HWND structView = WaitForPane(*kivra, kStructViewClass);
+    kivra->Run(kCommandJapanese);
+    const ProgramTexts japanese(program_, UiLanguage::Japanese);
+    EXPECT_EQ(TextOf(inspector), japanese("inspector.data.title"));
+    EXPECT_EQ(TextOf(structView), japanese("structview.title"));
+    EXPECT_EQ(TextOf(::GetDlgItem(structView, 4104)), japanese("structview.reload.button"));
+    ::MoveWindow(kivra->MainWindow(), 540, 30, 420, 600, TRUE);
+    const std::pair<UINT, Theme> themes[] = {{kCommandThemeLight, Theme::Light},
+                                             {kCommandThemeBlack, Theme::Black},
+                                             {kCommandThemeDarkBlue, Theme::DarkBlue}};
+    for (const auto& [command, theme] : themes) {
+        kivra->Run(command);
+        const PaneColors colors = PaneColorsOf(theme);
+        for (const HWND pane : {inspector, structView}) {
+            EXPECT_TRUE(WaitUntil([&] {
+                const Picture picture = ClientPicture(pane);
+                return picture.Count(colors.background) > 20'000 &&
+                       picture.Count(colors.headerBand) > 5'000;
+            })) << command;
+        }
+    }
+}
+
+} // namespace
+} // namespace kvx::test
