@@ -51,21 +51,40 @@ TEST_P(EveryFilter, FindsAHitAtEveryPlaceOfAGroup) {
     }
 }
 
-// Long enough to make the matcher learn and to make the automaton take over.
-TEST_P(EveryFilter, FindsWhatIsThereWhereNearlyEveryPlaceFits) {
-    for (int round = 0; round < 40 && !HasFatalFailure(); ++round) {
-        const std::size_t length = 2 + random_() % 300;
-        Bytes window = Letters(20'000, 2 + random_() % 2);
+TEST_P(EveryFilter, FindsWhatIsThereAmongRunsThatAreNearlyLongEnough) {
+    for (const std::size_t length : {4U, 16U, 17U, 64U, 65U, 300U}) {
+        Bytes window(5'000, 0);
+        for (std::size_t i = 0; i < window.size(); ++i)
+            window[i] = i % length == 0 || random_() % length == 0 ? 1 : 0;
+        ExpectFound(window, Bytes(length, 0));
+        std::fill_n(window.begin() + 3'000, length, std::uint8_t{0});
+        ExpectFound(window, Bytes(length, 0));
+    }
+}
+
+// Nearly every place fits for a while, and so long that the automaton takes over where nothing is
+// filtered.
+TEST_P(EveryFilter, FindsWhatIsThereAmongNearMisses) {
+    constexpr std::size_t kSize = 70'000;
+    for (int round = 0; round < 12 && !HasFatalFailure(); ++round) {
+        const std::size_t length = 20 + random_() % 60;
+        const std::size_t period = 1 + random_() % 4;
         Bytes pattern = Letters(length, 2);
-        if (round % 2 == 0) { // runs of all lengths up to one less than the pattern's
-            for (std::size_t i = 0; i < window.size(); ++i)
-                window[i] = i % length == 0 || random_() % length == 0 ? 1 : 0;
-            std::fill(pattern.begin(), pattern.end(), std::uint8_t{0});
-        }
-        if (round % 4 > 1) {
-            const auto at = static_cast<std::ptrdiff_t>(random_() % (window.size() - length));
-            std::copy(pattern.begin(), pattern.end(), window.begin() + at);
-        }
+        for (std::size_t i = period; i < length; ++i)
+            pattern[i] = pattern[i - period];
+        pattern[random_() % length] ^= 1;
+        Bytes window(kSize, 0);
+        for (std::size_t i = 0; i < kSize; ++i)
+            window[i] = random_() % 40 == 0 ? 2 : pattern[i % period];
+        const auto plant = [&](std::size_t at, std::size_t count) {
+            std::copy_n(pattern.begin(), count, window.begin() + static_cast<std::ptrdiff_t>(at));
+        };
+        ExpectFound(window, pattern);
+        plant(31'000 + random_() % 1'000, length);
+        plant(33'000 + random_() % 1'000, length);
+        ExpectFound(window, pattern);
+        window.resize(30'000);
+        plant(round % 2 == 0 ? 0 : window.size() - length, length);
         ExpectFound(window, pattern);
     }
 }
