@@ -60,6 +60,18 @@ private:
     HWND focus_;
 };
 
+/// A window takes no input for as long as the scope lasts.
+class DisableScope {
+public:
+    explicit DisableScope(HWND window) : window_(window) { ::EnableWindow(window_, FALSE); }
+    ~DisableScope() { ::EnableWindow(window_, TRUE); }
+    DisableScope(const DisableScope&) = delete;
+    DisableScope& operator=(const DisableScope&) = delete;
+
+private:
+    HWND window_;
+};
+
 } // namespace
 
 HINSTANCE PaneHostWindow::Instance() const {
@@ -145,8 +157,10 @@ void PaneHostWindow::ShowTheme(Theme theme) {
 std::optional<std::u16string> PaneHostWindow::ChoosePattern(const std::u16string& title,
                                                             const std::u16string& folder) {
     const FocusScope giveFocusBack;
+    const DisableScope mainWaits(main_); // the dialog itself holds up its owner only
+    const HWND owner = HasStructView() ? structView_.Handle() : main_;
     return ChooseExistingFile(
-        main_, {.title = title, .filters = std::u16string(kPatternFilters), .folder = folder});
+        owner, {.title = title, .filters = std::u16string(kPatternFilters), .folder = folder});
 }
 
 } // namespace kvx

@@ -3,6 +3,7 @@
 #include "platform/win32/clipboard.h"
 #include "platform/win32/wide.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <windowsx.h>
@@ -22,6 +23,10 @@ int TextWidthPx(HDC dc, std::u16string_view text) {
     SIZE size{};
     ::GetTextExtentPoint32W(dc, WideData(text), static_cast<int>(text.size()), &size);
     return size.cx;
+}
+
+bool IsAscii(std::u16string_view text) {
+    return std::ranges::all_of(text, [](char16_t unit) { return unit < 0x80; });
 }
 
 void DrawHorizontalLine(HDC dc, int left, int right, int y, COLORREF color) {
@@ -238,11 +243,17 @@ void PaneList::DrawCell(HDC dc, const PaneColors& colors, std::size_t row,
               cell.right);
 }
 
-// The side text only where it leaves the text whole.
+// The row font may have no link to others; that of the captions shows every script. The side text
+// is drawn only where it leaves the text whole.
 void PaneList::DrawTexts(HDC dc, const PaneColors& colors, std::u16string_view text,
                          std::u16string_view side, const PaneRect& area, int sideRight) const {
     ::SetTextColor(dc, ToColorRef(colors.text));
-    DrawLine(dc, text, area);
+    if (IsAscii(text)) {
+        DrawLine(dc, text, area);
+    } else {
+        const SelectScope font(dc, captionFont_.Get());
+        DrawLine(dc, text, area);
+    }
     if (side.empty()) return;
     const int widthPx = TextWidthPx(dc, text) + TextWidthPx(dc, side);
     if (widthPx + ScaledToDpi(kSideGap, model_.Dpi()) > sideRight - area.left) return;
