@@ -152,6 +152,21 @@ std::string CheckRows(const std::vector<StructViewRow>& rows, const StructEvalRe
     return {};
 }
 
+/// The bytes of single members give the same rows as all bytes.
+std::string CheckMemberBytes(const std::vector<StructViewRow>& rows, StructEvalRequest request) {
+    const Bytes all = std::move(request.bytes);
+    request.bytes.clear();
+    for (const ShownMember& member : ShownMembers(*request.pattern)) {
+        std::optional<Bytes>& bytes = request.memberBytes.emplace_back();
+        if (member.offset > all.size() || member.size > all.size() - member.offset) continue;
+        const ByteView rest = ByteView(all).subspan(static_cast<std::size_t>(member.offset));
+        const ByteView shown = rest.first(
+            static_cast<std::size_t>(std::min<std::uint64_t>(member.shown, rest.size())));
+        bytes.emplace(shown.begin(), shown.end());
+    }
+    return EvaluateStruct(request) == rows ? "" : "other rows from the bytes of single members";
+}
+
 } // namespace
 
 std::string CheckParser(ByteView input) {
@@ -192,7 +207,9 @@ std::string CheckEvaluator(ByteView input) {
     request.format.numberBase = (options & 4) != 0 ? NumberBase::Decimal : NumberBase::Hex;
     if ((options & 8) != 0) request.baseOffset = std::numeric_limits<std::uint64_t>::max() - 100;
     if ((options & 16) != 0) request.unavailableText = u"(none)";
-    return CheckRows(EvaluateStruct(request), request);
+    const std::vector<StructViewRow> rows = EvaluateStruct(request);
+    std::string problem = CheckRows(rows, request);
+    return problem.empty() ? CheckMemberBytes(rows, std::move(request)) : problem;
 }
 
 } // namespace kvx
