@@ -21,7 +21,7 @@ void ChooseHexViewFont(Shell& shell) {
         return;
     }
     const auto chosen = shell.WhileModal(
-        [&](ShellHost& host) { return host.ChooseFont(content, shell.TextsByKey()); });
+        [&](ShellHost& host) { return host.AskForFont(content, shell.TextsByKey()); });
     if (!chosen) return;
     AppSettings& settings = shell.Settings();
     settings.fontFamily = chosen->family;

@@ -52,6 +52,21 @@ HINSTANCE InstanceOf(HWND window) {
     return reinterpret_cast<HINSTANCE>(::GetWindowLongPtrW(window, GWLP_HINSTANCE));
 }
 
+RectPx ToRectPx(const RECT& rect) {
+    return {rect.left, rect.top, rect.right, rect.bottom};
+}
+
+// In the middle of the owner, as far as its screen allows.
+RectPx PlaceOver(HWND owner, SIZE size) {
+    RECT over{};
+    ::GetWindowRect(owner, &over);
+    const RectPx place = CenteredIn(ToRectPx(over), size.cx, size.cy);
+    MONITORINFO monitor{};
+    monitor.cbSize = sizeof(monitor);
+    const HMONITOR screen = ::MonitorFromWindow(owner, MONITOR_DEFAULTTONEAREST);
+    return ::GetMonitorInfoW(screen, &monitor) ? MovedInto(ToRectPx(monitor.rcWork), place) : place;
+}
+
 bool RegisterDialogClass(HINSTANCE instance, const wchar_t* name, WNDPROC procedure) {
     WNDCLASSEXW windowClass{};
     windowClass.cbSize = sizeof(windowClass);
@@ -97,11 +112,7 @@ bool ModalDialogWindow::Create(HWND owner, const std::u16string& title) {
         return false;
     owner_ = owner;
     dpi_ = ::GetDpiForWindow(owner);
-    RECT over{};
-    ::GetWindowRect(owner, &over);
-    const SIZE size = OuterSizePx(dpi_);
-    const RectPx place =
-        CenteredIn({over.left, over.top, over.right, over.bottom}, size.cx, size.cy);
+    const RectPx place = PlaceOver(owner, OuterSizePx(dpi_));
     if (::CreateWindowExW(frame_.extendedStyle, frame_.className, AsWide(title), frame_.style,
                           place.left, place.top, place.Width(), place.Height(), owner, nullptr,
                           instance, this) == nullptr) {

@@ -35,7 +35,7 @@ public:
     virtual void ShowSearchDialog(const SearchDialogContent& content, const TextLookup& text) = 0;
 
     /// The font that the user chose; empty when the user cancels.
-    virtual std::optional<FontChoice> ChooseFont(const FontDialogContent& content,
+    virtual std::optional<FontChoice> AskForFont(const FontDialogContent& content,
                                                  const TextLookup& text) = 0;
     virtual void ShowAboutBox(const AboutContent& content, const TextLookup& text) = 0;
 

@@ -57,7 +57,7 @@ void ShellHostWindow::ShowSearchDialog(const SearchDialogContent& content, const
     dialog.Show(window_);
 }
 
-std::optional<FontChoice> ShellHostWindow::ChooseFont(const FontDialogContent& content,
+std::optional<FontChoice> ShellHostWindow::AskForFont(const FontDialogContent& content,
                                                       const TextLookup& text) {
     return ChooseFontIn(window_, content, text);
 }

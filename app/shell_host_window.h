@@ -35,7 +35,7 @@ public:
     std::optional<std::u16string> ChooseFile(const std::u16string& title) override;
     std::optional<std::u16string> Prompt(const PromptContent& content) override;
     void ShowSearchDialog(const SearchDialogContent& content, const TextLookup& text) override;
-    std::optional<FontChoice> ChooseFont(const FontDialogContent& content,
+    std::optional<FontChoice> AskForFont(const FontDialogContent& content,
                                          const TextLookup& text) override;
     void ShowAboutBox(const AboutContent& content, const TextLookup& text) override;
     std::vector<InstalledFont> InstalledFonts() override;

@@ -10,4 +10,12 @@ RectPx CenteredIn(const RectPx& work, std::int32_t width, std::int32_t height) {
     return {left, top, left + width, top + height};
 }
 
+RectPx MovedInto(const RectPx& work, const RectPx& window) {
+    const std::int32_t left =
+        std::max(work.left, std::min(window.left, work.right - window.Width()));
+    const std::int32_t top =
+        std::max(work.top, std::min(window.top, work.bottom - window.Height()));
+    return {left, top, left + window.Width(), top + window.Height()};
+}
+
 } // namespace kvx

@@ -1,4 +1,4 @@
-// Where the main window stands when the program starts.
+// Where the main window stands when the program starts, and dialogs over it.
 #pragma once
 
 #include <cstdint>
@@ -20,5 +20,9 @@ struct RectPx {
 /// A window of the given size in pixels in the middle of `work`; one that is larger starts at the
 /// left or top edge.
 RectPx CenteredIn(const RectPx& work, std::int32_t width, std::int32_t height);
+
+/// `window` moved just so far that it lies in `work`; one that is larger loses its right or lower
+/// part.
+RectPx MovedInto(const RectPx& work, const RectPx& window);
 
 } // namespace kvx

@@ -167,6 +167,30 @@ TEST_F(AppWindowTest, SaysWhenMemoryRanOutAndGoesOn) {
     EXPECT_EQ(folder_.Read(u"data.bin"), "Aontent");
 }
 
+// Has the search dialog, once it is there, run out of memory while it fills its list.
+void CALLBACK ExhaustDialog(HWND, UINT, UINT_PTR, DWORD) {
+    const HWND dialog = ::FindWindowW(L"Kivra.SearchDialog", nullptr);
+    if (dialog == nullptr) return;
+    constexpr int kType = 3102;
+    constexpr int kQuery = 3104;
+    ::SetDlgItemTextW(dialog, kQuery, L"longer than a text that needs no memory");
+    allocationsUntilFailure = 0;
+    ::SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(kType, CBN_SELCHANGE), 0);
+}
+
+TEST_F(AppWindowTest, ClosesADialogThatRunsOutOfMemory) {
+    Start(folder_.Write(u"data.bin", "content"));
+    boxesClosed = 0;
+    const UINT_PTR exhaust = ::SetTimer(nullptr, 0, 50, ExhaustDialog);
+    const UINT_PTR close = ::SetTimer(nullptr, 0, 50, CloseBox);
+    Run(Command::Find);
+    ::KillTimer(nullptr, exhaust);
+    ::KillTimer(nullptr, close);
+    EXPECT_EQ(boxesClosed, 1);
+    EXPECT_EQ(::FindWindowW(L"Kivra.SearchDialog", nullptr), nullptr);
+    EXPECT_NE(::IsWindowEnabled(Main()), FALSE);
+}
+
 } // namespace
 } // namespace kvx
 

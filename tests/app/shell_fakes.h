@@ -46,7 +46,7 @@ public:
         OnModal(u"search dialog");
         searchDialog = content;
     }
-    std::optional<FontChoice> ChooseFont(const FontDialogContent& content,
+    std::optional<FontChoice> AskForFont(const FontDialogContent& content,
                                          const TextLookup&) override {
         OnModal(u"font dialog");
         fontDialog = content;
