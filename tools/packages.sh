@@ -11,7 +11,7 @@ packages_wine='wine wine64 libgl1 libgl1-mesa-dri libgnutls30 libxcomposite1 lib
 packages_display='xvfb xkb-data openbox x11-utils imagemagick'
 
 packages_test='g++ googletest libbenchmark-dev nlohmann-json3-dev libicu-dev clang libclang-rt-dev clang-tidy
-  clang-format'
+  clang-format llvm'
 # The sample patterns are tested on files that these make.
 packages_test+=' binutils cpio dosfstools e2fsprogs fdisk gzip imagemagick ntfs-3g p7zip sqlite3 squashfs-tools
   tar xorriso xz-utils zip'
@@ -20,7 +20,7 @@ packages_test+=' binutils cpio dosfstools e2fsprogs fdisk gzip imagemagick ntfs-
 commands_build='cmake ninja x86_64-w64-mingw32-g++-posix x86_64-w64-mingw32-windres'
 commands_wine='wine wineserver winepath'
 commands_display='Xvfb openbox xwininfo import'
-commands_test='g++ clang++ clang-tidy clang-format ar cpio mkfs.fat mkfs.ext4 sfdisk gzip convert mkntfs 7zr sqlite3
+commands_test='g++ clang++ clang-tidy clang-format llvm-cov ar cpio mkfs.fat mkfs.ext4 sfdisk gzip convert mkntfs 7zr sqlite3
   mksquashfs tar xorriso xz zip'
 
 # missing_packages <package>...: prints those that are not installed.
