@@ -72,6 +72,13 @@ LRESULT CALLBACK LinkProcedure(HWND window, UINT message, WPARAM wParam, LPARAM 
     return ::DefSubclassProc(window, message, wParam, lParam);
 }
 
+// A text to read is not selected, and scrolled to its end, when the Tab key comes to it.
+LRESULT CALLBACK LicenseProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                                  DWORD_PTR) noexcept {
+    const LRESULT answer = ::DefSubclassProc(window, message, wParam, lParam);
+    return message == WM_GETDLGCODE ? answer & ~LRESULT{DLGC_HASSETSEL} : answer;
+}
+
 class AboutDialog final : public ModalDialogWindow {
 public:
     explicit AboutDialog(const AboutContent& content)
@@ -88,6 +95,7 @@ private:
         SetControlText(kAboutHomepageId, content_.homepage);
         SetControlText(kAboutLicenseId, content_.license);
         ::SetWindowSubclass(Control(kAboutHomepageId), LinkProcedure, 0, 0);
+        ::SetWindowSubclass(Control(kAboutLicenseId), LicenseProcedure, 0, 0);
     }
     int FirstFocus() const override { return kDefaultButtonId; }
 

@@ -35,6 +35,7 @@ TEST(AboutTest, SaysWhatTheProgramIsAndUnderWhichLicence) {
             dialog.Key(VK_TAB);
         }
         EXPECT_TRUE(dialog.WaitForFocus(kAboutLicenseId));
+        EXPECT_EQ(::SendMessageW(dialog.Control(kAboutLicenseId), EM_GETSEL, 0, 0), 0);
         dialog.Key(VK_RETURN); // closes from within the text too
         EXPECT_TRUE(dialog.WaitForEnd());
     });
