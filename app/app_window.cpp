@@ -188,6 +188,10 @@ bool AppWindow::SaveFile() {
     return kvx::SaveFile(shell_);
 }
 
+void AppWindow::LoadPattern(const std::u16string& path) {
+    LoadStructPattern(shell_, path);
+}
+
 LRESULT CALLBACK AppWindow::Procedure(HWND window, UINT message, WPARAM wParam,
                                       LPARAM lParam) noexcept {
     if (message == WM_NCCREATE) {

@@ -49,6 +49,9 @@ public:
     /// Saves the open file; true also when none is open. False: the user was told why.
     bool SaveFile();
 
+    /// Loads a pattern file into the struct view, which says what is wrong with it.
+    void LoadPattern(const std::u16string& path);
+
     // What the window shows, for tests that drive it in their own process.
     HWND MainWindow() const { return host_.MainWindow(); }
     const EditableDocument& Document() const { return shell_.Document(); }

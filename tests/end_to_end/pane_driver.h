@@ -17,7 +17,7 @@ inline std::string PaneSettings(bool inspector, bool structView, const std::stri
     const auto visible = [](bool shown) {
         return std::string(R"({"visible": )") + (shown ? "true" : "false");
     };
-    return R"({"language": "english", "analysis": {"dataInspector": )" + visible(inspector) +
+    return R"({"language": "English", "analysis": {"dataInspector": )" + visible(inspector) +
            R"(}, "structView": )" + visible(structView) + format + "}}}";
 }
 
