@@ -1,0 +1,140 @@
+// What the dialogs have in common: the keyboard and the DPI.
+#include "dialog_user.h"
+#include "waiting.h"
+
+#include "app/dialog_layout.h"
+
+#include <gtest/gtest.h>
+
+namespace kvx::test {
+namespace {
+
+struct TabOrder {
+    UINT command;
+    const wchar_t* className;
+    const DialogLayout* layout;
+    std::vector<int> ids; ///< from the one that has the focus at first
+};
+
+class DialogTest : public testing::TestWithParam<TabOrder> {};
+
+TEST_P(DialogTest, ReachesEveryControlByTabAndEndsByEscape) {
+    const ProgramCopy program;
+    const TempFolder files;
+    const InProcessWindow window(program, files.Write(u"data.bin", "content"));
+    UseDialog(window, GetParam().command, GetParam().className, [&](const Dialog& dialog) {
+        for (const int id : GetParam().ids) {
+            EXPECT_TRUE(dialog.WaitForFocus(id)) << id;
+            dialog.Key(VK_TAB);
+        }
+        EXPECT_TRUE(dialog.WaitForFocus(GetParam().ids.front()));
+        dialog.Key(VK_ESCAPE);
+        EXPECT_TRUE(dialog.WaitForEnd());
+    });
+}
+
+// A list that drops down is as high as its font makes it.
+bool StandsAt(const Dialog& dialog, const ControlLayout& control, const RectPx& place) {
+    RECT shown{};
+    ::GetWindowRect(dialog.Control(control.id), &shown);
+    ::MapWindowPoints(nullptr, dialog.window, reinterpret_cast<POINT*>(&shown), 2);
+    const bool isList =
+        control.kind == ControlKind::DropDownList || control.kind == ControlKind::EditableList;
+    return shown.left == place.left && shown.top == place.top && shown.right == place.right &&
+           (isList || shown.bottom == place.bottom);
+}
+
+TEST_P(DialogTest, GrowsWithTheDpiOfItsScreen) {
+    const ProgramCopy program;
+    const TempFolder files;
+    const InProcessWindow window(program, files.Write(u"data.bin", "content"));
+    const DialogLayout& layout = *GetParam().layout;
+    UseDialog(window, GetParam().command, GetParam().className, [&](const Dialog& dialog) {
+        for (const std::uint32_t dpi : {144U, 96U}) {
+            SIZE size{1000, 700};
+            ::SendMessageW(dialog.window, WM_GETDPISCALEDSIZE, dpi,
+                           reinterpret_cast<LPARAM>(&size));
+            const RECT suggested{50, 50, 50 + size.cx, 50 + size.cy};
+            ::SendMessageW(dialog.window, WM_DPICHANGED, MAKEWPARAM(dpi, dpi),
+                           reinterpret_cast<LPARAM>(&suggested));
+            RECT client{};
+            ::GetClientRect(dialog.window, &client);
+            for (const ControlLayout& control : layout.controls) {
+                const RectPx place = PlaceOf(control, layout, client.right, client.bottom, dpi);
+                EXPECT_TRUE(StandsAt(dialog, control, place)) << control.id << " at " << dpi;
+            }
+        }
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Dialogs, DialogTest,
+    testing::Values(TabOrder{kCommandFind,
+                             L"Kivra.SearchDialog",
+                             &kSearchLayout,
+                             {kSearchQueryId, kSearchPreviousId, kDefaultButtonId, kCancelButtonId,
+                              kSearchTypeId}},
+                    TabOrder{kCommandGoTo,
+                             L"Kivra.PromptDialog",
+                             &kPromptLayout,
+                             {kPromptAnswerId, kDefaultButtonId, kCancelButtonId}},
+                    TabOrder{kCommandFont,
+                             L"Kivra.FontDialog",
+                             &kFontLayout,
+                             {kFontFamilyId, kFontSizeId, kFontBoldId, kFontItalicId,
+                              kDefaultButtonId, kCancelButtonId}},
+                    TabOrder{kCommandAbout,
+                             L"Kivra.AboutDialog",
+                             &kAboutLayout,
+                             {kDefaultButtonId, kAboutHomepageId, kAboutLicenseId}}),
+    [](const auto& param) { return "Command" + std::to_string(param.param.command); });
+
+// The real keys, so that the accelerators and the focus take part.
+class DialogKeysTest : public testing::Test {
+protected:
+    DialogKeysTest() { EXPECT_TRUE(kivra_.WaitForWindow()); }
+
+    /// Opens a dialog by its key, types into the control with the focus and presses Enter.
+    std::optional<Dialog> TypeInto(WORD key, std::wstring_view className, std::string_view digits) {
+        EXPECT_TRUE(kivra_.Keys().TakeForeground());
+        kivra_.Keys().PressWithControl(key);
+        const auto dialog = WaitForDialog(kivra_.Id(), className);
+        if (!dialog) return dialog;
+        const Keyboard keys(dialog->window, ChildOf(dialog->window, L"Edit"));
+        EXPECT_TRUE(keys.TakeForeground());
+        keys.Type(digits);
+        keys.Press(VK_RETURN);
+        return dialog;
+    }
+
+    /// The caret, as the go-to dialog shows it.
+    std::u16string Caret() {
+        kivra_.Post(kCommandGoTo);
+        const auto dialog = WaitForDialog(kivra_.Id(), L"Kivra.PromptDialog");
+        if (!dialog) return u"no dialog";
+        const std::u16string text = dialog->Text(kPromptAnswerId);
+        dialog->Press(kCancelButtonId);
+        EXPECT_TRUE(dialog->WaitForEnd());
+        return text;
+    }
+
+    ProgramCopy program_;
+    TempFolder files_;
+    KivraProcess kivra_{program_, Quoted(files_.Write(u"data.bin", "0123456789"))};
+};
+
+TEST_F(DialogKeysTest, SearchAndGoToNeedNoMouse) {
+    const auto prompt = TypeInto('G', L"Kivra.PromptDialog", "3");
+    ASSERT_TRUE(prompt && prompt->WaitForEnd());
+    EXPECT_EQ(Caret(), u"3");
+    const auto search = TypeInto('F', L"Kivra.SearchDialog", "3738");
+    ASSERT_TRUE(search);
+    EXPECT_TRUE(WaitUntil([&] { return search->Items(kSearchQueryId).size() == 1; }));
+    EXPECT_TRUE(search->WaitForFocus(kSearchQueryId));
+    search->Key(VK_ESCAPE);
+    ASSERT_TRUE(search->WaitForEnd());
+    EXPECT_EQ(Caret(), u"7");
+}
+
+} // namespace
+} // namespace kvx::test
