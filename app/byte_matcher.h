@@ -16,10 +16,10 @@ namespace kvx {
 const ByteFilter* FastestFilter();
 
 /// A Boyer-Moore-Horspool matcher that looks at many starts at once: only where the rarest bytes of
-/// the pattern fit is the pattern compared. Repetitive data cannot make it slow: bytes at which
-/// comparisons fail join the rare ones, and where comparisons cost more than they gain
-/// nevertheless, an automaton that looks at each byte once takes over for a while. A search uses
-/// one matcher, which learns as it goes.
+/// the pattern fit is the pattern compared. Two provisions are against repetitive data: bytes at
+/// which comparisons fail join the rare ones, and where comparisons cost more than they gain
+/// nevertheless, an automaton that looks at each byte once takes over for a while, so that the time
+/// always grows with the data alone. A search uses one matcher, which learns as it goes.
 class ByteMatcher {
 public:
     /// `pattern`, at least one byte, must outlive the matcher. `filter` may be null.
@@ -59,8 +59,8 @@ private:
 
     ByteView pattern_;
     const ByteFilter* filter_;
-    SkipTable skipForwards_;  ///< steps from the last but one place of a byte to the pattern's end
-    SkipTable skipBackwards_; ///< steps from the pattern's begin to the next place of a byte
+    SkipTable skipForwards_;  ///< from the last place of a byte before the pattern's last to that
+    SkipTable skipBackwards_; ///< from the pattern's first byte to the next place of a byte
     std::vector<Probe> different_;              ///< each byte that occurs in the pattern, once
     std::array<Probe, kMaxProbes> probes_ = {}; ///< kRarest, then learned; all valid
     std::size_t learned_ = 0;                   ///< since the rarest were chosen

@@ -27,14 +27,15 @@ struct SearchOutcome {
 using ContinueCheck = std::function<bool()>;
 
 /// The first match that begins at `start` or behind it. Both callbacks run on the caller's thread,
-/// for each block first the progress and then the check. What cannot be read ends the search.
-/// `document` must stay as it is until the search returns.
+/// for each block first the progress and then the check. A block of which nothing can be read ends
+/// the search. `document` must stay as it is until the search returns.
 SearchOutcome SearchForward(const IReadOnlyDocument& document, ByteView pattern,
                             std::uint64_t start, const ProgressCallback& progress,
                             const ContinueCheck& mayContinue,
                             std::size_t blockSize = kSearchBlockSize);
 
-/// The last match that begins at `start` or before it; `start` may lie anywhere.
+/// The last match that begins at `start` or before it; `start` may lie anywhere. The same rules,
+/// but what cannot be read is passed over.
 SearchOutcome SearchBackward(const IReadOnlyDocument& document, ByteView pattern,
                              std::uint64_t start, const ProgressCallback& progress,
                              const ContinueCheck& mayContinue,
