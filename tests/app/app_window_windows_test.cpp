@@ -26,6 +26,11 @@ std::atomic<int> allocationsUntilFailure = -1;
 /// A main window in this process, with texts that are their keys.
 class AppWindowTest : public testing::Test {
 protected:
+    // Without a pane, whose thread would take a failing allocation upon itself.
+    AppWindowTest() {
+        folder_.Write(u"settings.json",
+                      std::string_view(R"({"analysis": {"dataInspector": {"visible": false}}})"));
+    }
     ~AppWindowTest() override {
         window_.reset();
         MSG message{};

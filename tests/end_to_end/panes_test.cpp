@@ -131,6 +131,8 @@ TEST_F(PanesTest, ThemeAndLanguageReachBothPanes) {
     EXPECT_EQ(TextOf(inspector), japanese("inspector.data.title"));
     EXPECT_EQ(TextOf(structView), japanese("structview.title"));
     EXPECT_EQ(TextOf(::GetDlgItem(structView, 4104)), japanese("structview.reload.button"));
+    // All of both on the screen, of which nothing beyond its edge can be read.
+    ::MoveWindow(inspector, 0, 0, 320, 600, TRUE);
     ::MoveWindow(kivra->MainWindow(), 540, 30, 420, 600, TRUE);
     const std::pair<UINT, Theme> themes[] = {{kCommandThemeLight, Theme::Light},
                                              {kCommandThemeBlack, Theme::Black},
