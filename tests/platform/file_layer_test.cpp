@@ -103,6 +103,8 @@ TEST_F(FileLayerTest, WritesFromThePositionAndSetsTheEndThere) {
     EXPECT_EQ(written, 2U);
     EXPECT_TRUE(file->Seek(12));
     EXPECT_TRUE(WriteAll(*file, Borrow("end")));
+    file->StartWriteBack();
+    file->StartWriteBack(); // nothing new
     EXPECT_TRUE(file->Flush());
     EXPECT_EQ(folder_.Read(u"f"), std::string("ab23456789\0\0end", 15));
     EXPECT_TRUE(file->Seek(4));
