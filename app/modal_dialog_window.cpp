@@ -99,7 +99,7 @@ void ModalDialogWindow::Run(HWND owner, const std::u16string& title, const TextL
         OnCreated();
         ::EnableWindow(owner, FALSE);
         ::ShowWindow(window_, SW_SHOW);
-        ::SetFocus(Control(FirstFocus()));
+        FocusOn(FirstFocus());
         RunLoop();
     }
     ::SetFocus(owner);
@@ -191,6 +191,18 @@ void ModalDialogWindow::Close() {
 // A message that another thread sent is dealt with while the loop goes on waiting for the next.
 void ModalDialogWindow::WakeLoop() {
     ::PostMessageW(nullptr, WM_NULL, 0, 0);
+}
+
+// A button that was reached by the Tab key looks like the one that Enter presses, and would go on
+// looking so.
+void ModalDialogWindow::FocusOn(int id) const {
+    ::SetFocus(Control(id));
+    for (const ControlLayout& control : layout_.controls) {
+        if (control.kind != ControlKind::Button) continue;
+        const bool isDefault = control.id == kDefaultButtonId;
+        ::SendMessageW(Control(control.id), BM_SETSTYLE,
+                       isDefault ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON, TRUE);
+    }
 }
 
 std::u16string ModalDialogWindow::ControlText(int id) const {

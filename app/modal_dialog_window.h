@@ -60,6 +60,9 @@ protected:
     /// Has AfterMessage called soon, however the present message came.
     static void WakeLoop();
 
+    /// Moves the focus as the Tab key would, and the look of the default button with it.
+    void FocusOn(int id) const;
+
     HWND Control(int id) const { return ::GetDlgItem(window_, id); }
     std::u16string ControlText(int id) const;
     void SetControlText(int id, const std::u16string& text) const;

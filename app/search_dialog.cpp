@@ -64,12 +64,12 @@ void SearchDialog::AfterMessage() {
     if (direction == SearchDirection::None) return;
     const SearchDialogResult request{SelectedType(), ControlText(kSearchQueryId)};
     state_.BeginSearch();
-    ::SetFocus(Control(kCancelButtonId));
+    FocusOn(kCancelButtonId);
     EnableInput(false);
     content_.search(*this, request, direction);
     state_.EndSearch();
     EnableInput(true);
-    ::SetFocus(Control(kSearchQueryId));
+    FocusOn(kSearchQueryId);
 }
 
 void SearchDialog::EnableInput(bool enabled) const {
