@@ -46,6 +46,8 @@ private:
     template <typename Way>
     std::optional<std::size_t> Find(ByteView window);
     template <typename Way>
+    std::optional<std::size_t> FindRow(ByteView window) const;
+    template <typename Way>
     Candidates TakeCandidates(const std::uint8_t* data, Starts& starts,
                               std::size_t allStarts) const;
     template <typename Way>

@@ -52,7 +52,7 @@ TEST_P(EveryFilter, FindsAHitAtEveryPlaceOfAGroup) {
 }
 
 TEST_P(EveryFilter, FindsWhatIsThereAmongRunsThatAreNearlyLongEnough) {
-    for (const std::size_t length : {4U, 16U, 17U, 64U, 65U, 300U}) {
+    for (const std::size_t length : {4U, 7U, 8U, 16U, 17U, 64U, 65U, 300U}) {
         Bytes window(5'000, 0);
         for (std::size_t i = 0; i < window.size(); ++i)
             window[i] = i % length == 0 || random_() % length == 0 ? 1 : 0;
