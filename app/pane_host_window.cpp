@@ -74,6 +74,11 @@ private:
 
 } // namespace
 
+PaneHostWindow::PaneHostWindow() {
+    inspector_.SetDock([this] { Dock(); });
+    structView_.SetDock([this] { Dock(); });
+}
+
 HINSTANCE PaneHostWindow::Instance() const {
     return reinterpret_cast<HINSTANCE>(::GetWindowLongPtrW(main_, GWLP_HINSTANCE));
 }

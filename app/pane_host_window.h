@@ -17,6 +17,8 @@ namespace kvx {
 /// Owns the windows' objects; the windows are owned by the main window in the system's sense.
 class PaneHostWindow final : public PaneHost {
 public:
+    PaneHostWindow();
+
     /// Whom the panes stand beside; null before the main window exists and after its end.
     void SetMainWindow(HWND window) { main_ = window; }
 

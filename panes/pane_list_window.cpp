@@ -88,6 +88,7 @@ PaneList::PaneList(std::span<const ListColumn> columns, const wchar_t* rowFont)
 void PaneList::Attach(HWND window, const IListContent& content) {
     window_ = window;
     content_ = &content;
+    shownRanges_ = {};
     model_.SetRowCount(content.RowCount());
 }
 
@@ -202,8 +203,11 @@ void PaneList::UpdateScrollBars() {
     scrollBarsStale_ = true;
     if (std::exchange(updatingScrollBars_, true)) return;
     while (std::exchange(scrollBarsStale_, false)) {
-        for (const ListAxis axis : {ListAxis::Horizontal, ListAxis::Vertical})
-            SetBar(window_, BarOf(axis), model_.ScrollRange(axis));
+        for (const ListAxis axis : {ListAxis::Horizontal, ListAxis::Vertical}) {
+            const ListScrollRange range = model_.ScrollRange(axis);
+            auto& shown = shownRanges_[static_cast<std::size_t>(axis)];
+            if (std::exchange(shown, range) != range) SetBar(window_, BarOf(axis), range);
+        }
     }
     updatingScrollBars_ = false;
 }

@@ -7,6 +7,7 @@
 #include "panes/pane_colors.h"
 #include "platform/win32/gdi.h"
 
+#include <array>
 #include <optional>
 #include <span>
 
@@ -83,6 +84,7 @@ private:
     const wchar_t* rowFontName_;
     UniqueFont rowFont_;
     UniqueFont captionFont_;
+    std::array<std::optional<ListScrollRange>, 2> shownRanges_; ///< by axis; others are left alone
     bool updatingScrollBars_ = false;
     bool scrollBarsStale_ = false;
 };

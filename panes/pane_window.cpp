@@ -144,6 +144,7 @@ LRESULT PaneWindow::OnDpiChanged(int dpi, const RECT& suggested) {
                    suggested.right - suggested.left, suggested.bottom - suggested.top,
                    SWP_NOZORDER | SWP_NOACTIVATE);
     Layout();
+    if (dock_) dock_();
     return 0;
 }
 

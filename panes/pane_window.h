@@ -8,9 +8,11 @@
 #include "settings/app_settings.h"
 #include "settings/text_lookup.h"
 
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
+#include <utility>
 
 #include <windows.h>
 
@@ -39,6 +41,9 @@ public:
 
     void ShowRows() { list_.ShowContent(); } ///< those of the content have changed
     void SetTheme(Theme theme);
+
+    /// What puts the window into its place; asked for when the DPI gave it another size.
+    void SetDock(std::function<void()> dock) { dock_ = std::move(dock); }
 
 protected:
     explicit PaneWindow(const PaneKind& kind);
@@ -81,6 +86,7 @@ private:
     const PaneKind kind_;
     HWND window_ = nullptr;
     const IListContent* content_ = nullptr;
+    std::function<void()> dock_;
     int width_ = 0; ///< as the user left it, pixels at 96 DPI
 };
 

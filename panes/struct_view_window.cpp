@@ -158,7 +158,7 @@ void StructViewWindow::OnDpi() {
 }
 
 void StructViewWindow::OnColors() {
-    headerBrush_ = UniqueBrush(::CreateSolidBrush(ToColorRef(colors_.background)));
+    boxBrush_ = UniqueBrush(::CreateSolidBrush(ToColorRef(colors_.background)));
     ::RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN);
 }
 
@@ -170,6 +170,7 @@ int StructViewWindow::PlaceControls(int widthPx, int heightPx) {
     for (const auto& [box, shownFor] :
          {std::pair(infoBox_, StructTextArea::Info), std::pair(errorBox_, StructTextArea::Error)}) {
         if (area == shownFor) Place(box, layout_.textBox);
+        if (area != shownFor && ::GetFocus() == box) ::SetFocus(Handle());
         ::ShowWindow(box, area == shownFor ? SW_SHOWNA : SW_HIDE);
     }
     return layout_.listTopPx;
@@ -187,7 +188,7 @@ std::optional<LRESULT> StructViewWindow::OnMessage(UINT message, WPARAM wParam, 
         const auto dc = reinterpret_cast<HDC>(wParam);
         ::SetTextColor(dc, ToColorRef(colors_.text));
         ::SetBkColor(dc, ToColorRef(colors_.background));
-        return reinterpret_cast<LRESULT>(headerBrush_.Get());
+        return reinterpret_cast<LRESULT>(boxBrush_.Get());
     }
     case WM_KEYDOWN:
         return OnKeyDown(wParam);
@@ -235,8 +236,8 @@ void StructViewWindow::OnButton(std::uint32_t command) {
     }
 }
 
-// Keys that mean the same wherever in the window the focus is. On a button those of the list do too:
-// it keeps the focus after a click.
+// Keys that mean the same wherever in the window the focus is. On a button those of the list do
+// too: it keeps the focus after a click.
 bool StructViewWindow::OnControlKey(HWND control, WPARAM key) {
     const bool button = ::GetDlgCtrlID(control) != 0 && control != Handle();
     if (button && ListKeyOf(static_cast<std::uint32_t>(key), ::GetKeyState(VK_CONTROL) < 0)) {

@@ -61,7 +61,7 @@ private:
     HWND infoBox_ = nullptr;                                ///< the window's
     HWND errorBox_ = nullptr;                               ///< the window's
     UniqueFont smallFont_;
-    UniqueBrush headerBrush_; ///< behind the text boxes
+    UniqueBrush boxBrush_; ///< behind the text boxes
 };
 
 } // namespace kvx

@@ -1,5 +1,6 @@
 // The tool windows beside the real main window, and the data inspector's values.
 #include "file_bytes.h"
+#include "in_process.h"
 #include "pane_driver.h"
 #include "program_texts.h"
 
@@ -89,6 +90,24 @@ TEST_F(PanesTest, BothTravelWithTheMainWindowAndGoWithIt) {
     EXPECT_EQ(kivra->WaitForExit(), 0);
 }
 
+TEST_F(PanesTest, TheyTakeTheSizeOfAnotherDpiAndStayInTheirPlace) {
+    program_.WriteSettings(PaneSettings(true, true));
+    const InProcessWindow window(program_);
+    const HWND main = ::GetAncestor(window.View(), GA_ROOT);
+    const HWND structView = ::FindWindowW(kStructViewClass, nullptr);
+    ASSERT_NE(structView, nullptr);
+    const RECT suggested{10, 20, 790, 620};
+    for (const int dpi : {144, 96}) {
+        ::SendMessageW(structView, WM_DPICHANGED, MAKEWPARAM(dpi, dpi),
+                       reinterpret_cast<LPARAM>(&suggested));
+        const Place button = PlaceOf(::GetDlgItem(structView, 4104));
+        EXPECT_EQ(button.right - button.left, 128 * dpi / 96);
+        const Place pane = PlaceOf(structView);
+        EXPECT_EQ(pane.right - pane.left, 780);
+        EXPECT_EQ(pane.right, PlaceOf(main).left - 1);
+    }
+}
+
 TEST_F(PanesTest, ClosingByTheUserIsRemembered) {
     {
         const auto kivra = Start({}, "content");
@@ -112,7 +131,7 @@ TEST_F(PanesTest, TheInspectorEndsOnTheLastOfAThousandMoves) {
     const auto kivra = Start(PaneSettings(true, false), bytes);
     const HWND inspector = WaitForPane(*kivra, kInspectorClass);
     for (int move = 0; move < 1000; ++move)
-        kivra->Key(VK_DOWN);
+        ::PostMessageW(kivra->View(), WM_KEYDOWN, VK_DOWN, 0);
     const auto* const data = reinterpret_cast<const std::uint8_t*>(bytes.data());
     const std::u16string last = InspectorText({data + 16'000, 96});
     EXPECT_EQ(WaitForList(inspector, last), last);
