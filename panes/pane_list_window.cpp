@@ -25,10 +25,6 @@ int TextWidthPx(HDC dc, std::u16string_view text) {
     return size.cx;
 }
 
-bool IsAscii(std::u16string_view text) {
-    return std::ranges::all_of(text, [](char16_t unit) { return unit < 0x80; });
-}
-
 void DrawHorizontalLine(HDC dc, int left, int right, int y, COLORREF color) {
     FillSolid(dc, {left, y, right, y + 1}, color);
 }
@@ -75,6 +71,10 @@ void SetBar(HWND window, int bar, const ListScrollRange& range) {
 }
 
 } // namespace
+
+bool IsAscii(std::u16string_view text) {
+    return std::ranges::all_of(text, [](char16_t unit) { return unit < 0x80; });
+}
 
 void DrawLine(HDC dc, std::u16string_view text, const PaneRect& area, UINT alignment) {
     RECT place = ToRect(area);

@@ -24,6 +24,9 @@ constexpr COLORREF ToColorRef(std::uint32_t rgb) {
     return RGB(rgb >> 16U & 0xFFU, rgb >> 8U & 0xFFU, rgb & 0xFFU);
 }
 
+/// True for a text that any font can show.
+bool IsAscii(std::u16string_view text);
+
 /// Draws one line of `text` in the middle of `area`'s height, cut with an ellipsis where it does
 /// not fit. Font and colour are those of the DC.
 void DrawLine(HDC dc, std::u16string_view text, const PaneRect& area, UINT alignment = DT_LEFT);

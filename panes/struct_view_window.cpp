@@ -12,6 +12,7 @@ namespace kvx {
 namespace {
 
 constexpr wchar_t kHeaderFontName[] = L"Segoe UI";
+constexpr wchar_t kWideFixedFontName[] = L"MS Gothic"; ///< of fixed pitch also for Japanese
 
 constexpr PaneKind kKind{.className = L"Kivra.StructViewWindow",
                          .closed = PaneNotification::StructViewClosed,
@@ -106,6 +107,7 @@ void StructViewWindow::ShowTexts() {
 void StructViewWindow::ShowTextBoxes() {
     ::SetWindowTextW(infoBox_, AsWide(model_->InfoText()));
     ::SetWindowTextW(errorBox_, AsWide(model_->ErrorText()));
+    ShowErrorFont();
 }
 
 bool StructViewWindow::IsActive() const {
@@ -154,7 +156,14 @@ void StructViewWindow::OnDpi() {
     for (const HWND button : buttons_)
         SetFont(button, list_.CaptionFont());
     SetFont(infoBox_, list_.CaptionFont());
-    SetFont(errorBox_, list_.RowFont());
+    wideFixedFont_ =
+        MakeFont(kWideFixedFontName, ScaledToDpi(kListFontSize, Dpi()), SHIFTJIS_CHARSET);
+    ShowErrorFont();
+}
+
+// The caret below the line stands at its column in both, but the font of the rows is western only.
+void StructViewWindow::ShowErrorFont() {
+    SetFont(errorBox_, IsAscii(model_->ErrorText()) ? list_.RowFont() : wideFixedFont_.Get());
 }
 
 void StructViewWindow::OnColors() {

@@ -49,6 +49,7 @@ private:
     void ShowFormatMenu();
     PaneRect FormatBox() const;
     void ShowTextBoxes();
+    void ShowErrorFont();
 
     void DrawHeader(HDC dc) const;
     void DrawFormatBox(HDC dc) const;
@@ -61,6 +62,7 @@ private:
     HWND infoBox_ = nullptr;                                ///< the window's
     HWND errorBox_ = nullptr;                               ///< the window's
     UniqueFont smallFont_;
+    UniqueFont wideFixedFont_;
     UniqueBrush boxBrush_; ///< behind the text boxes
 };
 

@@ -20,10 +20,10 @@ using UniqueBrush = UniqueHandle<GdiObjectTraits<HBRUSH>>;
 
 /// A font of that height in pixels, line gap not counted. One that the system does not have is
 /// replaced by one that it has.
-inline UniqueFont MakeFont(const wchar_t* face, int heightPx) {
-    return UniqueFont(::CreateFontW(-heightPx, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE,
-                                    DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS,
-                                    CLEARTYPE_QUALITY, DEFAULT_PITCH | FF_DONTCARE, face));
+inline UniqueFont MakeFont(const wchar_t* face, int heightPx, DWORD charSet = DEFAULT_CHARSET) {
+    return UniqueFont(::CreateFontW(-heightPx, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, charSet,
+                                    OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY,
+                                    DEFAULT_PITCH | FF_DONTCARE, face));
 }
 
 inline void FillSolid(HDC dc, const RECT& area, COLORREF color) {
