@@ -18,6 +18,7 @@ namespace kvx {
 /// Shown once by Run; lives on the stack of the command that needs it. Main thread only.
 class ModalDialogWindow {
 public:
+    virtual ~ModalDialogWindow() = default;
     ModalDialogWindow(const ModalDialogWindow&) = delete;
     ModalDialogWindow& operator=(const ModalDialogWindow&) = delete;
 
@@ -39,7 +40,6 @@ protected:
     /// `layout` must outlive the dialog.
     ModalDialogWindow(const Frame& frame, const DialogLayout& layout)
         : frame_(frame), layout_(layout) {}
-    virtual ~ModalDialogWindow() = default;
 
     /// Fills the controls before they are seen.
     virtual void OnCreated() = 0;
