@@ -7,6 +7,7 @@
 
 namespace kvx {
 
+/// Shows the text column in the encoding and stores it, also when it is the same.
 void SelectEncoding(Shell& shell, TextEncoding encoding);
 
 /// Nothing happens when there are not so many favourites.

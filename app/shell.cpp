@@ -9,12 +9,6 @@
 #include <utility>
 
 namespace kvx {
-namespace {
-
-constexpr float kDefaultFontPoints = 12.0F;
-constexpr char16_t kDefaultFontFamily[] = u"Consolas";
-
-} // namespace
 
 Shell::Shell(ShellHost& host, PaneHost& paneHost, HexView& view, FileLayer& files)
     : host_(host), view_(view), document_(files), panes_(paneHost) {}
@@ -23,12 +17,10 @@ void Shell::Load(std::u16string programFolder, std::u16string settingsPath) {
     strings_.SetBaseFolder(std::move(programFolder));
     settingsPath_ = std::move(settingsPath);
     LoadSettings(settingsPath_, settings_);
-    // The menu nests one level for every eight files, and the file may hold any number of them.
-    if (settings_.recentFiles.size() > kMaxRecentFiles)
-        settings_.recentFiles.resize(kMaxRecentFiles);
     strings_.SetLanguage(settings_.uiLanguage);
-    if (!(settings_.fontSize > 0.0F)) settings_.fontSize = kDefaultFontPoints;
-    if (settings_.fontFamily.empty()) settings_.fontFamily = kDefaultFontFamily;
+    const AppSettings defaults;
+    if (!(settings_.fontSize > 0.0F)) settings_.fontSize = defaults.fontSize;
+    if (settings_.fontFamily.empty()) settings_.fontFamily = defaults.fontFamily;
 }
 
 SaveChangesAnswer Shell::AskSaveChanges() {
@@ -89,6 +81,7 @@ void Shell::SaveSettings() {
 
 void Shell::BeginSave() {
     BeginProgress("status.saving");
+    saving_ = true;
     RebuildMenu();
     host_.EnableHexView(false);
     RefreshStatus();
@@ -106,6 +99,7 @@ void Shell::ReportSaveProgress(std::uint64_t done, std::uint64_t total) noexcept
 void Shell::EndSave() noexcept {
     host_.EnableHexView(true);
     progress_.reset();
+    saving_ = false;
 }
 
 void Shell::BeginSearch() {
@@ -153,7 +147,12 @@ void Shell::OnFlashTimer() {
 
 MenuState Shell::CurrentMenuState() const {
     const HexViewState& view = view_.State();
-    return {.busy = Busy(),
+    // The menu nests one level for every eight files, and the settings file may hold any number.
+    std::vector<std::u16string> recentFiles = settings_.recentFiles;
+    if (recentFiles.size() > kMaxRecentFiles) recentFiles.resize(kMaxRecentFiles);
+    // A search greys nothing: its dialog keeps the menu out of reach, and nothing would build the
+    // menu again at its end.
+    return {.busy = saving_,
             .fileOpen = document_.IsOpen(),
             .editable = view.editable,
             .encoding = view.encoding,
@@ -162,7 +161,7 @@ MenuState Shell::CurrentMenuState() const {
             .language = strings_.Language(),
             .dataInspectorVisible = settings_.dataInspectorVisible,
             .structViewVisible = settings_.structViewVisible,
-            .recentFiles = settings_.recentFiles};
+            .recentFiles = std::move(recentFiles)};
 }
 
 StatusState Shell::CurrentStatusState() const {

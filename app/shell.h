@@ -119,6 +119,7 @@ private:
     std::optional<std::u16string> progress_; ///< the progress text while a save or a search runs
     ProgressThrottle throttle_;
     int modalDepth_ = 0; ///< questions that wait for their answer
+    bool saving_ = false;
     AnalysisPanes panes_;
 };
 

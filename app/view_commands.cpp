@@ -28,14 +28,17 @@ void SelectTheme(Shell& shell, Theme theme) {
     shell.Panes().host.ShowTheme(theme);
     shell.RebuildMenu();
     shell.RefreshStatus();
+    ScheduleStructViewUpdate(shell);
 }
 
 void SelectLanguage(Shell& shell, UiLanguage language) {
     shell.Strings().SetLanguage(language);
     shell.Settings().uiLanguage = language;
     shell.SaveSettings();
+    shell.RebuildMenu();
+    shell.UpdateTitle();
+    shell.RefreshStatus();
     RelabelPanes(shell);
-    shell.RefreshAll();
 }
 
 void ZoomOut(Shell& shell) {

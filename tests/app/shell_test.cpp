@@ -21,15 +21,18 @@ TEST(Shell, StartsFromTheSettingsFile) {
     EXPECT_FLOAT_EQ(rig.stage.State().fontSizeDip, 20.0F * 96.0F / 72.0F);
 }
 
-TEST(Shell, TakesOnlyTheNewestOfTooManyRecentFiles) {
+TEST(Shell, ShowsOnlyTheNewestOfTooManyRecentFilesAndLosesNone) {
     ShellRig rig;
     AppSettings stored;
     for (char16_t name = u'a'; name <= u'z'; ++name)
         stored.recentFiles.emplace_back(1, name);
     ASSERT_TRUE(SaveSettings(rig.folder.Path(u"settings.json"), stored).ok);
     rig.shell.Load(rig.folder.Root().u16string(), rig.folder.Path(u"settings.json"));
-    stored.recentFiles.resize(kMaxRecentFiles);
     EXPECT_EQ(rig.shell.Settings().recentFiles, stored.recentFiles);
+    rig.shell.RebuildMenu();
+    const std::vector<MenuItem>& fileMenu = rig.host.menu[0].children;
+    const MenuItem& more = fileMenu[fileMenu.size() - 3];
+    EXPECT_EQ(more.children.back().text, u"16 p");
 }
 
 } // namespace
