@@ -84,6 +84,11 @@ const RowRules& RulesOf(const IReadOnlyDocument* document, TextEncoding encoding
     return document == nullptr && kRules[index].needsDocument ? kAsciiRules : kRules[index];
 }
 
+// `offset` moved on, at most to the last one there is.
+std::uint64_t Behind(std::uint64_t offset, std::uint64_t count) {
+    return count > UINT64_MAX - offset ? UINT64_MAX : offset + count;
+}
+
 } // namespace
 
 RowDecoder::RowDecoder(const IReadOnlyDocument* document, TextEncoding encoding,
@@ -91,7 +96,8 @@ RowDecoder::RowDecoder(const IReadOnlyDocument* document, TextEncoding encoding,
     : rules_(RulesOf(document, encoding)) {
     if (document == nullptr || (rules_.before == 0 && rules_.after == 0)) return;
     window_.emplace(*document);
-    window_->Load(start - std::min(start, rules_.before), start + count + rules_.after);
+    window_->Load(start - std::min(start, rules_.before),
+                  Behind(Behind(start, count), rules_.after));
 }
 
 std::uint64_t RowDecoder::ContextStart(std::uint64_t rowStart) {
@@ -105,7 +111,7 @@ RowCells RowDecoder::Decode(std::uint64_t rowStart, ByteView rowBytes) {
     if (window_ && !rowBytes.empty()) {
         const std::uint64_t from = ContextStart(rowStart);
         const std::uint64_t rowEnd = rowStart + rowBytes.size();
-        const ByteView bytes = window_->View(from, rowEnd + rules_.after);
+        const ByteView bytes = window_->View(from, Behind(rowEnd, rules_.after));
         // Where the surroundings cannot be read the row is all there is.
         if (bytes.size() >= rowEnd - from)
             row = {.bytes = bytes,

@@ -1,6 +1,6 @@
 // Strict conversion between code pages and UTF-16, and the classes of UTF-16 units that decide what
 // a decoded character looks like: everywhere the results that Windows' own tables give. Callable
-// from every thread; what is slow to set up is set up once per page and thread.
+// from every thread; what is slow to set up is set up once per page.
 #pragma once
 
 #include "platform/bytes.h"

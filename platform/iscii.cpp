@@ -6,12 +6,6 @@
 namespace kvx {
 namespace {
 
-constexpr std::uint8_t kHalant = 0xE8;
-constexpr std::uint8_t kNukta = 0xE9;
-constexpr std::uint8_t kDanda = 0xEA;
-constexpr std::uint8_t kAttribute = 0xEF;
-constexpr std::uint8_t kExtension = 0xF0;
-
 constexpr char16_t kNonJoiner = 0x200C;
 constexpr char16_t kJoiner = 0x200D;
 constexpr char16_t kVirama = 0x094D;
@@ -41,21 +35,21 @@ struct Entry {
 };
 
 constexpr std::array kWithNukta = {
-    Entry{0xA1, 0x0950},   // candrabindu: om
-    Entry{0xA6, 0x090C},   // i: vocalic l
-    Entry{0xA7, 0x0961},   // ii: vocalic ll
-    Entry{0xAA, 0x0960},   // vocalic r: vocalic rr
-    Entry{0xB3, 0x0958},   // ka: qa
-    Entry{0xB4, 0x0959},   // kha: khha
-    Entry{0xB5, 0x095A},   // ga: ghha
-    Entry{0xBA, 0x095B},   // ja: za
-    Entry{0xBF, 0x095C},   // dda: dddha
-    Entry{0xC0, 0x095D},   // ddha: rha
-    Entry{0xC9, 0x095E},   // pha: fa
-    Entry{0xDB, 0x0962},   // the signs of the vowels above
-    Entry{0xDC, 0x0963},   //
-    Entry{0xDF, 0x0944},   //
-    Entry{kDanda, 0x093D}, // avagraha
+    Entry{0xA1, 0x0950},        // candrabindu: om
+    Entry{0xA6, 0x090C},        // i: vocalic l
+    Entry{0xA7, 0x0961},        // ii: vocalic ll
+    Entry{0xAA, 0x0960},        // vocalic r: vocalic rr
+    Entry{0xB3, 0x0958},        // ka: qa
+    Entry{0xB4, 0x0959},        // kha: khha
+    Entry{0xB5, 0x095A},        // ga: ghha
+    Entry{0xBA, 0x095B},        // ja: za
+    Entry{0xBF, 0x095C},        // dda: dddha
+    Entry{0xC0, 0x095D},        // ddha: rha
+    Entry{0xC9, 0x095E},        // pha: fa
+    Entry{0xDB, 0x0962},        // the signs of the vowels above
+    Entry{0xDC, 0x0963},        //
+    Entry{0xDF, 0x0944},        //
+    Entry{kIsciiDanda, 0x093D}, // avagraha
 };
 
 constexpr std::array kExtended = {
@@ -94,13 +88,13 @@ constexpr IsciiCharacter OneUnit(char16_t unit, std::uint8_t length) {
 
 /// Nothing (length 0) where the two bytes do not belong together.
 IsciiCharacter ReadPair(std::uint8_t first, std::uint8_t second) {
-    if (first == kAttribute)
+    if (first == kIsciiAttribute)
         return IsKnownAttribute(second) ? IsciiCharacter{{}, 0, 2} : IsciiCharacter{};
-    if (first == kExtension) return OneUnit(UnitOf(kExtended, second), 2);
-    if (first == kHalant && second == kHalant) return {{kVirama, kNonJoiner}, 2, 2};
-    if (first == kHalant && second == kNukta) return {{kVirama, kJoiner}, 2, 2};
-    if (first == kDanda && second == kDanda) return OneUnit(kDoubleDanda, 2);
-    if (second == kNukta) return OneUnit(UnitOf(kWithNukta, first), 2);
+    if (first == kIsciiExtension) return OneUnit(UnitOf(kExtended, second), 2);
+    if (first == kIsciiHalant && second == kIsciiHalant) return {{kVirama, kNonJoiner}, 2, 2};
+    if (first == kIsciiHalant && second == kIsciiNukta) return {{kVirama, kJoiner}, 2, 2};
+    if (first == kIsciiDanda && second == kIsciiDanda) return OneUnit(kDoubleDanda, 2);
+    if (second == kIsciiNukta) return OneUnit(UnitOf(kWithNukta, first), 2);
     return {};
 }
 
@@ -116,14 +110,16 @@ IsciiBytes FirstBytes(std::u16string_view text) {
     const char16_t unit = text[0];
     if (unit < 0x80) return {1, static_cast<std::uint8_t>(unit)};
     const char16_t next = text.size() > 1 ? text[1] : char16_t{0};
-    if (unit == kVirama && next == kNonJoiner) return {2, kHalant, kHalant};
-    if (unit == kVirama && next == kJoiner) return {2, kHalant, kNukta};
-    if (unit == kDoubleDanda) return {1, kDanda, kDanda};
+    if (unit == kVirama && next == kNonJoiner) return {2, kIsciiHalant, kIsciiHalant};
+    if (unit == kVirama && next == kJoiner) return {2, kIsciiHalant, kIsciiNukta};
+    if (unit == kDoubleDanda) return {1, kIsciiDanda, kIsciiDanda};
     const auto letter = std::find(kLetters.begin(), kLetters.end(), unit);
     if (letter != kLetters.end())
         return {1, static_cast<std::uint8_t>(0xA0 + (letter - kLetters.begin()))};
-    if (const std::uint8_t byte = ByteOf(kWithNukta, unit); byte != 0) return {1, byte, kNukta};
-    if (const std::uint8_t byte = ByteOf(kExtended, unit); byte != 0) return {1, kExtension, byte};
+    if (const std::uint8_t byte = ByteOf(kWithNukta, unit); byte != 0)
+        return {1, byte, kIsciiNukta};
+    if (const std::uint8_t byte = ByteOf(kExtended, unit); byte != 0)
+        return {1, kIsciiExtension, byte};
     return {};
 }
 

@@ -23,15 +23,17 @@ struct IsciiCharacter {
 /// soft halant, a double danda, an attribute or an extension.
 IsciiCharacter ReadIscii(ByteView bytes);
 
+// Bytes that mean something together with another.
+inline constexpr std::uint8_t kIsciiHalant = 0xE8;
+inline constexpr std::uint8_t kIsciiNukta = 0xE9;
+inline constexpr std::uint8_t kIsciiDanda = 0xEA;
+inline constexpr std::uint8_t kIsciiAttribute = 0xEF;
+inline constexpr std::uint8_t kIsciiExtension = 0xF0;
+
 /// False where ReadIscii takes the first of two bytes alone; true now and then where it does, too.
 constexpr bool MayBeOneIsciiCharacter(std::uint8_t first, std::uint8_t second) {
-    constexpr std::uint8_t kHalant = 0xE8;
-    constexpr std::uint8_t kNukta = 0xE9;
-    constexpr std::uint8_t kDanda = 0xEA;
-    constexpr std::uint8_t kAttribute = 0xEF;
-    constexpr std::uint8_t kExtension = 0xF0;
-    const bool doubled = first == second && (first == kHalant || first == kDanda);
-    return second == kNukta || doubled || first == kAttribute || first == kExtension;
+    const bool doubled = first == second && (first == kIsciiHalant || first == kIsciiDanda);
+    return second == kIsciiNukta || doubled || first == kIsciiAttribute || first == kIsciiExtension;
 }
 
 /// The text of `bytes`; nullopt when a byte means nothing, an attribute or extension is cut off, or

@@ -38,14 +38,15 @@ UINT SystemPage(CodePage page) {
 
 using UnitSet = std::bitset<0x10000>;
 
-/// The units to which the system gives one of `types`.
-UnitSet UnitsOfType(DWORD kind, unsigned types) {
+/// The units to which the system gives one of `types`; `otherwise` for each where it has no answer.
+UnitSet UnitsOfType(DWORD kind, unsigned types, bool otherwise) {
     std::u16string units;
     for (unsigned unit = 0; unit < 0x10000; ++unit)
         units.push_back(static_cast<char16_t>(unit));
     std::vector<WORD> found(units.size());
-    ::GetStringTypeW(kind, WideData(units), static_cast<int>(units.size()), found.data());
     UnitSet set;
+    if (!::GetStringTypeW(kind, WideData(units), static_cast<int>(units.size()), found.data()))
+        return otherwise ? ~set : set;
     for (std::size_t unit = 0; unit < found.size(); ++unit)
         set[unit] = (found[unit] & types) != 0;
     return set;
@@ -71,12 +72,12 @@ std::optional<Bytes> ToHostPage(CodePage page, std::u16string_view text) {
 }
 
 bool IsControlCharacter(char16_t unit) {
-    static const UnitSet set = UnitsOfType(CT_CTYPE1, C1_CNTRL);
+    static const UnitSet set = UnitsOfType(CT_CTYPE1, C1_CNTRL, true);
     return set[unit];
 }
 
 bool IsCombiningCharacter(char16_t unit) {
-    static const UnitSet set = UnitsOfType(CT_CTYPE3, C3_NONSPACING | C3_DIACRITIC);
+    static const UnitSet set = UnitsOfType(CT_CTYPE3, C3_NONSPACING | C3_DIACRITIC, false);
     return set[unit];
 }
 
