@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <set>
 
 namespace kvx::test {
 namespace {
@@ -94,8 +95,7 @@ protected:
 
 TEST_F(MenuChoicesTest, EachEncodingIsShownInMenuStatusSettingsAndPicture) {
     InProcessWindow window = ShowSamples();
-    window.Paint();
-    const Picture ascii = ClientPicture(window.View());
+    std::set<std::vector<std::uint32_t>> pictures;
     for (const Sample& sample : kSamples) {
         const auto number = static_cast<UINT>(sample.encoding);
         const std::u16string name(EncodingDisplayName(sample.encoding));
@@ -112,8 +112,8 @@ TEST_F(MenuChoicesTest, EachEncodingIsShownInMenuStatusSettingsAndPicture) {
             row += cell.text;
         EXPECT_EQ(row, sample.text);
         window.Paint();
-        const bool differs = ClientPicture(window.View()).pixels != ascii.pixels;
-        EXPECT_EQ(differs, sample.encoding != TextEncoding::Ascii);
+        EXPECT_TRUE(pictures.insert(ClientPicture(window.View()).pixels).second)
+            << "the picture of another encoding";
     }
 }
 
