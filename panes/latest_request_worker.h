@@ -4,10 +4,10 @@
 
 #include <condition_variable>
 #include <cstdint>
+#include <exception>
 #include <functional>
 #include <memory>
 #include <mutex>
-#include <new>
 #include <optional>
 #include <thread>
 #include <utility>
@@ -109,8 +109,8 @@ private:
         while (const std::optional<Pending> taken = TakePending()) {
             try {
                 post_(std::make_unique<Posted>(Posted{taken->first, compute_(taken->second)}));
-            } catch (const std::bad_alloc&) {
-                // No rows for this request: unsaved edits are worth more than them.
+            } catch (const std::exception&) {
+                // No result for this request: unsaved edits are worth more than it.
             }
         }
     }

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <chrono>
 #include <random>
+#include <stdexcept>
 #include <vector>
 
 namespace kvx {
@@ -23,12 +24,20 @@ struct Answer {
     static inline std::atomic<int> living = 0;
 };
 
-using Worker = LatestRequestWorker<int, Answer>;
+struct Request {
+    Request(int theNumber, std::shared_ptr<int> itsLife = nullptr)
+        : number(theNumber), life(std::move(itsLife)) {}
+
+    int number;
+    std::shared_ptr<int> life; ///< tells whoever watches it that the request is freed
+};
+
+using Worker = LatestRequestWorker<Request, Answer>;
 
 /// The thread that asks: a worker whose computations wait at a gate, and the queue it posts to.
 class Desk {
 public:
-    Worker worker{[this](const int& request) { return Computed(request); },
+    Worker worker{[this](const Request& request) { return Computed(request.number); },
                   [this](std::unique_ptr<Worker::Posted>&& posted) { return Take(posted); }};
     std::function<void(int request)> whilePosting; ///< on the worker
     bool takes = true;
@@ -56,7 +65,7 @@ public:
 
 private:
     Answer Computed(int request) {
-        if (request < 0) throw std::bad_alloc();
+        if (request < 0) throw std::length_error("too long");
         std::unique_lock lock(mutex_);
         ++begun_;
         changed_.notify_all();
@@ -107,13 +116,18 @@ TEST(LatestRequestWorker, StopsBehindTheComputationThatRunsAndDropsWhatWaits) {
     desk.worker.Start();
     desk.worker.Submit(1);
     desk.WaitForBegun(1);
-    desk.worker.Submit(2);
+    auto life = std::make_shared<int>();
+    const std::weak_ptr<int> waiting = life;
+    desk.worker.Submit({2, std::move(life)});
     std::atomic<bool> stopped = false;
     std::thread other([&] {
         desk.worker.Stop();
         stopped = true;
     });
-    std::this_thread::sleep_for(20ms);
+    const auto patience = std::chrono::steady_clock::now() + 10s;
+    while (!waiting.expired() && std::chrono::steady_clock::now() < patience)
+        std::this_thread::sleep_for(1ms);
+    EXPECT_TRUE(waiting.expired());
     EXPECT_FALSE(stopped);
     desk.SetGate(true);
     desk.worker.Stop();
@@ -163,7 +177,7 @@ TEST(LatestRequestWorker, CanBeStoppedByItselfAndStartedAgain) {
     EXPECT_EQ(desk.AnswersUpTo(desk.worker.Submit(2)), (std::vector<int>{2}));
 }
 
-TEST(LatestRequestWorker, GoesOnAfterAComputationWithoutMemory) {
+TEST(LatestRequestWorker, GoesOnAfterAComputationThatFails) {
     Desk desk;
     desk.worker.Start();
     desk.worker.Submit(-1);
