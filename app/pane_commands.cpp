@@ -16,10 +16,12 @@ void CreateInspector(Shell& shell) {
         ScheduleInspectorUpdate(shell);
 }
 
-// Rows that are still on their way find no window to be shown in.
+// Rows that are still on their way find no window to be shown in. Those that were shown are not to
+// be seen again when the window comes back: the caret is elsewhere by then.
 void DestroyInspector(Shell& shell) {
     shell.Panes().inspectorWorker.DropPending();
     shell.Panes().host.DestroyInspector();
+    shell.Panes().inspector.SetRows({});
 }
 
 void CreateStructView(Shell& shell) {
@@ -33,6 +35,7 @@ void CreateStructView(Shell& shell) {
 void DestroyStructView(Shell& shell) {
     shell.Panes().structViewWorker.DropPending();
     shell.Panes().host.DestroyStructView();
+    shell.Panes().structView.SetRows({});
 }
 
 void KeepVisibility(Shell& shell, bool& visible, bool shown) {

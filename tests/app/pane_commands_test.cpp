@@ -91,14 +91,19 @@ TEST_F(PaneCommands, RowsOfOldRequestsAndOfPanesThatAreGoneAreDropped) {
     const int shown = host.inspectorShows;
     ShowInspectorRows(rig.shell, std::move(old));
     EXPECT_EQ(host.inspectorShows, shown);
+    old = host.inspectorRows.Take();
     Run(Command::ToggleDataInspector);
-    ShowInspectorRows(rig.shell, host.inspectorRows.Take());
+    ShowInspectorRows(rig.shell, std::move(old));
     EXPECT_EQ(host.inspectorShows, shown);
+    EXPECT_EQ(rig.shell.Panes().inspector.Text(1, 1), u"");
 }
 
 TEST_F(PaneCommands, PanesComeAndGoWithMenuAndCloseButtonAndAreRemembered) {
+    OpenPattern();
+    EXPECT_NE(Values(), u"");
     Run(Command::ToggleStructView);
     EXPECT_FALSE(host.hasStructView);
+    EXPECT_EQ(ValuesNow(), u"");
     EXPECT_FALSE(Stored().structViewVisible);
     Run(Command::ToggleStructView);
     EXPECT_TRUE(host.hasStructView);

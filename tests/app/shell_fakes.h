@@ -7,10 +7,12 @@
 #include "tests/hexview/view_stage.h"
 #include "tests/support/temp_folder.h"
 
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <functional>
 #include <mutex>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -118,10 +120,11 @@ public:
         items_.push_back(std::move(item));
         arrived_.notify_one();
     }
-    /// Waits for the next one.
+    /// Waits for the next one; throws when none comes.
     T Take() {
         std::unique_lock lock(mutex_);
-        arrived_.wait(lock, [this] { return !items_.empty(); });
+        if (!arrived_.wait_for(lock, std::chrono::seconds(10), [this] { return !items_.empty(); }))
+            throw std::runtime_error("Nothing came");
         T item = std::move(items_.front());
         items_.pop_front();
         return item;
