@@ -24,8 +24,8 @@ constexpr std::size_t kEqualPerByte = 32;
 constexpr std::size_t kAutomatonLimit = std::size_t{32} << 10;
 constexpr std::size_t kStretch = std::size_t{64} << 10;
 
-// A row of one byte that is at least so long is found faster by stepping from difference to
-// difference than by the filter.
+// In a pattern of one byte, if it is at least so long, more probes tell little. Where it is worth
+// another one, stepping from difference to difference is faster; from a group's length on, always.
 constexpr std::size_t kShortestRow = 16;
 
 void Charge(std::size_t& account, std::size_t cost, std::size_t gain) {
@@ -146,13 +146,13 @@ template <typename Way>
 std::optional<std::size_t> ByteMatcher::Find(ByteView window) {
     const std::size_t length = pattern_.size();
     if (window.size() < length) return std::nullopt;
-    if (different_.size() == 1 && length >= kShortestRow) return FindRow<Way>(window);
     if (!chosen_ || learned_ > 0) ChooseRarest(window);
 
     const std::uint8_t* data = window.data();
     const std::size_t allStarts = window.size() - length + 1;
     const SkipTable& skips = Way::Skips(*this);
     Starts starts{0, allStarts};
+    if (IsLongRow() && length >= kStartGroup) return FindRow<Way>(data, starts);
     std::size_t previous = Way::kWantsLast ? allStarts : 0; // start that was compared
     while (!starts.IsEmpty()) {
         Candidates candidates = TakeCandidates<Way>(data, starts, allStarts);
@@ -171,25 +171,25 @@ std::optional<std::size_t> ByteMatcher::Find(ByteView window) {
             NoteFailure(equal, differing, std::max(start, previous) - std::min(start, previous));
             previous = start;
         }
-        if (debt_ < kAutomatonLimit) continue;
+        if (IsLongRow() && unease_ >= kLearningLimit) return FindRow<Way>(data, starts);
+        if (starts.IsEmpty() || debt_ < kAutomatonLimit) continue;
         if (const auto found = ScanStretch<Way>(data, starts)) return found;
     }
     return std::nullopt;
 }
 
-// For a pattern of one byte only: a byte that differs rules out all starts from which it is
-// reached, so that no byte is looked at twice, and where much differs few are looked at.
+// For a pattern of one byte: a byte that differs rules out all starts from which it is reached, so
+// that no byte is looked at twice, and where much differs few are looked at.
 template <typename Way>
-std::optional<std::size_t> ByteMatcher::FindRow(ByteView window) const {
+std::optional<std::size_t> ByteMatcher::FindRow(const std::uint8_t* data, Starts starts) const {
     const std::size_t length = pattern_.size();
     const std::uint8_t value = pattern_[0];
     const std::size_t farthest = Way::Index(length, 0);
-    Starts starts{0, window.size() - length + 1};
     while (!starts.IsEmpty()) {
         const std::size_t start = Way::kWantsLast ? starts.end - 1 : starts.begin;
         std::size_t equal = 0;
-        if (window[start + farthest] == value) {
-            equal = Way::Equal(pattern_, window.data() + start);
+        if (data[start + farthest] == value) {
+            equal = Way::Equal(pattern_, data + start);
             if (equal == length) return start;
         }
         Way::Take(starts, std::min(starts.Count(), length - equal));
@@ -265,6 +265,10 @@ void ByteMatcher::ChooseRarest(ByteView window) {
     chosen_ = true;
 }
 
+bool ByteMatcher::IsLongRow() const {
+    return different_.size() == 1 && pattern_.size() >= kShortestRow;
+}
+
 // One byte needs no second probe, and what was learned fills up the next larger number.
 std::size_t ByteMatcher::ProbeCount() const {
     if (pattern_.size() == 1) return 1;
@@ -286,7 +290,7 @@ void ByteMatcher::Learn(std::size_t at) {
 void ByteMatcher::NoteFailure(std::size_t equal, std::size_t failedAt, std::size_t passed) {
     Charge(unease_, kFilterCost + equal, passed);
     Charge(debt_, kAutomatonCost + equal / kEqualPerByte, passed);
-    if (unease_ >= kLearningLimit) Learn(failedAt);
+    if (unease_ >= kLearningLimit && !IsLongRow()) Learn(failedAt);
 }
 
 void ByteMatcher::FindBorders() {

@@ -46,13 +46,14 @@ private:
     template <typename Way>
     std::optional<std::size_t> Find(ByteView window);
     template <typename Way>
-    std::optional<std::size_t> FindRow(ByteView window) const;
+    std::optional<std::size_t> FindRow(const std::uint8_t* data, Starts starts) const;
     template <typename Way>
     Candidates TakeCandidates(const std::uint8_t* data, Starts& starts,
                               std::size_t allStarts) const;
     template <typename Way>
     std::optional<std::size_t> ScanStretch(const std::uint8_t* data, Starts& starts);
 
+    bool IsLongRow() const;
     std::size_t ProbeCount() const;
     void ChooseRarest(ByteView window);
     void Learn(std::size_t at);

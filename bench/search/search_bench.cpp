@@ -300,6 +300,8 @@ void RunOrdinary(Arena& arena, int rounds, const std::string& name, Bytes data) 
         std::vector<Bytes> patterns;
         if (length == 1) patterns = {Bytes{0x9D}};
         if (length == 2) patterns = {pair};
+        if (const Bytes row(length, 0); length >= 16 && !Contains(data, row))
+            PrintRow(arena, name + ", zeros", length, arena.Measure({row}, rounds, rounds), 0.65);
         while (length > 2 && patterns.size() < kPatterns)
             patterns.push_back(AbsentPattern(data, length));
         PrintRow(arena, name, length, arena.Measure(patterns, rounds, rounds),

@@ -89,5 +89,17 @@ TEST_P(EveryFilter, FindsWhatIsThereAmongNearMisses) {
     }
 }
 
+// The automaton becomes due with the comparison that rules out all that is left.
+TEST_P(EveryFilter, LooksAtNothingBehindTheWindow) {
+    Bytes pattern(8, 'a');
+    pattern.front() = 'b';
+    for (const std::size_t count : {4'735U, 4'742U, 4'743U}) {
+        Bytes window(count, 'a');
+        window.back() = 'z';
+        window.shrink_to_fit();
+        ExpectFound(window, pattern);
+    }
+}
+
 } // namespace
 } // namespace kvx
