@@ -1,5 +1,6 @@
 #include "app/font_choice.h"
 
+#include "platform/characters.h"
 #include "platform/text.h"
 
 #include <algorithm>
@@ -27,11 +28,12 @@ std::vector<std::u16string> FixedPitchFamilies(std::vector<InstalledFont> fonts)
     for (InstalledFont& font : fonts) {
         if (IsOffered(font)) families.push_back(std::move(font.family));
     }
+    // By the lower-case letters: file names, which go by the upper-case ones, put "_" behind them.
     const auto before = [](const std::u16string& left, const std::u16string& right) {
-        return CompareIgnoringCase(left, right) < 0;
+        return std::ranges::lexicographical_compare(left, right, {}, ToLower, ToLower);
     };
     const auto same = [](const std::u16string& left, const std::u16string& right) {
-        return CompareIgnoringCase(left, right) == 0;
+        return std::ranges::equal(left, right, {}, ToLower, ToLower);
     };
     std::stable_sort(families.begin(), families.end(), before); // the first spelling stays
     families.erase(std::unique(families.begin(), families.end(), same), families.end());

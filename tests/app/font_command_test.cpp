@@ -12,9 +12,10 @@ TEST(FontChoice, OffersEachFixedPitchFamilyOnceInAlphabeticalOrder) {
     const std::vector<InstalledFont> installed{
         {u"monaco", true}, {u"Arial", false},     {u"Zed", true},      {u"consolas", true},
         {u"", true},       {u"@MS Gothic", true}, {u"Consolas", true}, {u"Zed", true},
+        {u"ZED_", true},   {u"ZEDa", true},
     };
     EXPECT_EQ(FixedPitchFamilies(installed),
-              (std::vector<std::u16string>{u"consolas", u"monaco", u"Zed"}));
+              (std::vector<std::u16string>{u"consolas", u"monaco", u"Zed", u"ZED_", u"ZEDa"}));
 }
 
 TEST(FontChoice, PreselectsTheCurrentFontOrTheFirst) {
