@@ -188,5 +188,22 @@ TEST(Search, FindsNothingInWhatCannotBeRead) {
     EXPECT_EQ(forward({3}), SearchOutcome{});
 }
 
+TEST(Search, GoesOnWhereReadsGiveLessThanABlock) {
+    MemoryDocument document(CountingBytes(20));
+    document.mostAtOnce = 3;
+    std::vector<int> forward;
+    std::vector<int> backward; // reads each block once: what it was not given is not there
+    for (std::uint8_t first = 0; first < 19; ++first) {
+        const Bytes pattern{first, static_cast<std::uint8_t>(first + 1)};
+        if (SearchForward(document, pattern, 0, {}, {}, 8) == FoundAt(first))
+            forward.push_back(first);
+        if (SearchBackward(document, pattern, 99, {}, {}, 5) == FoundAt(first))
+            backward.push_back(first);
+    }
+    EXPECT_THAT(forward,
+                ElementsAre(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18));
+    EXPECT_THAT(backward, ElementsAre(0, 1, 4, 5, 9, 10, 14, 15));
+}
+
 } // namespace
 } // namespace kvx

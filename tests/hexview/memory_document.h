@@ -28,6 +28,7 @@ public:
     bool open = true;
     std::function<bool(std::uint64_t offset)> refuses; ///< an edit there; empty: takes every one
     std::uint64_t badFrom = ~0ULL;                     ///< reads that reach beyond it give nothing
+    std::uint64_t mostAtOnce = ~0ULL;                  ///< a read gives no more bytes
     bool outOfMemory = false;                          ///< reads throw
     mutable std::size_t reads = 0;
 
@@ -38,7 +39,7 @@ public:
         ++reads;
         if (outOfMemory) throw std::bad_alloc();
         const std::uint64_t from = std::min(offset, GetSize());
-        const std::uint64_t to = from + std::min(count, GetSize() - from);
+        const std::uint64_t to = from + std::min({count, mostAtOnce, GetSize() - from});
         if (to > badFrom) return {};
         Bytes read(std::next(bytes.begin(), Index(from)), std::next(bytes.begin(), Index(to)));
         read.resize(static_cast<std::size_t>(to - from), 0);
