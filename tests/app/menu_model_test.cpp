@@ -1,9 +1,12 @@
 #include "app/menu_model.h"
 
+#include "settings/string_table.h"
 #include "tests/app/shell_fakes.h"
+#include "tests/settings/mnemonics.h"
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <sstream>
 
 namespace kvx {
@@ -192,6 +195,34 @@ TEST(MenuModel, GreysEverythingWhileASaveRuns) {
         Drawn(BuildMenuBar({.busy = true, .fileOpen = true, .recentFiles = paths}, KeyAsText)));
     for (std::string line; std::getline(lines, line);)
         EXPECT_TRUE(line.ends_with("----") || line.ends_with("(grey)")) << line;
+}
+
+// Favourites and recent files begin with a star or a number instead.
+bool HasMnemonic(const MenuItem& item) {
+    return item.kind == MenuItemKind::Submenu ||
+           (item.command != Command::None && item.command < Command::FavoriteFirst);
+}
+
+void ExpectMnemonicsIn(const std::vector<MenuItem>& menu) {
+    std::vector<std::u16string> texts;
+    for (const MenuItem& item : menu) {
+        if (HasMnemonic(item)) texts.push_back(item.text);
+        ExpectMnemonicsIn(item.children);
+    }
+    test::ExpectOneMnemonicEach(texts);
+}
+
+TEST(MenuModel, EachMenuUsesEachMnemonicOnceInEveryLanguage) {
+    const std::vector<std::u16string> paths(9, u"C:\\f");
+    for (const UiLanguage language : {UiLanguage::English, UiLanguage::Japanese}) {
+        StringTable table;
+        table.SetBaseFolder(
+            std::filesystem::path(__FILE__).parent_path().parent_path().parent_path().u16string());
+        table.SetLanguage(language);
+        ExpectMnemonicsIn(
+            BuildMenuBar({.favoriteEncodings = {TextEncoding::Gbk}, .recentFiles = paths},
+                         [&](std::string_view key) { return table.Get(key); }));
+    }
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 // The texts that ship with the program.
 #include "platform/text.h"
 #include "settings/string_table.h"
-#include "tests/settings/string_keys.h"
+#include "tests/settings/mnemonics.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -9,9 +9,9 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <map>
 #include <regex>
 #include <set>
+#include <sstream>
 
 namespace kvx::test {
 namespace {
@@ -66,31 +66,20 @@ TEST_P(StringFiles, IsPlainUtf8WithUnixLineEndsAndNoEmptyText) {
         EXPECT_FALSE(value.empty()) << key;
 }
 
-/// Upper-case letters after each "&"; "&&" stands for the character itself.
-std::u16string MnemonicsOf(const std::u16string& text) {
-    std::u16string letters;
-    for (std::size_t i = text.find(u'&'); i != std::u16string::npos; i = text.find(u'&', i + 2)) {
-        const char16_t letter = i + 1 < text.size() ? text[i + 1] : u' ';
-        if (letter != u'&') letters += letter >= u'a' && letter <= u'z' ? letter - 32 : letter;
-    }
-    return letters;
-}
-
-TEST_P(StringFiles, UsesEachMnemonicOnceInAMenuAndNoneElsewhere) {
-    std::set<std::string> withMnemonic;
+TEST_P(StringFiles, UsesEachMnemonicOnceInADialogAndNoneElsewhere) {
+    std::set<std::string> inDialogs;
     for (const std::vector<std::string>& keys : KeyGroups()) {
-        withMnemonic.insert(keys.begin(), keys.end());
-        std::map<char16_t, std::string> owners;
-        for (const std::string& key : keys) {
-            const std::u16string letters = MnemonicsOf(table.at(key));
-            ASSERT_EQ(letters.size(), 1U) << key;
-            const auto [owner, isNew] = owners.try_emplace(letters.front(), key);
-            EXPECT_TRUE(isNew) << key << " and " << owner->second;
-        }
+        inDialogs.insert(keys.begin(), keys.end());
+        std::vector<std::u16string> texts;
+        for (const std::string& key : keys)
+            texts.push_back(table.at(key));
+        ExpectOneMnemonicEach(texts);
     }
     for (const auto& [key, value] : table) {
-        if (withMnemonic.contains(key)) continue;
-        EXPECT_EQ(value.find_first_of(u"&\t"), std::u16string::npos) << key;
+        if (inDialogs.contains(key)) continue;
+        const bool inMenu = key.starts_with("menu.");
+        EXPECT_EQ(MnemonicsOf(value).size(), inMenu ? 1U : 0U) << key;
+        EXPECT_TRUE(inMenu || value.find_first_of(u"&\t") == std::u16string::npos) << key;
     }
 }
 
