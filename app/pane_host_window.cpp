@@ -3,6 +3,7 @@
 #include "app/open_file_dialog.h"
 
 #include <string_view>
+#include <utility>
 
 namespace kvx {
 namespace {
@@ -32,7 +33,7 @@ bool PostRows(HWND window, UINT message, std::unique_ptr<Posted>&& rows) {
 template <typename Posted>
 Posted TakeRows(LPARAM lParam) {
     const std::unique_ptr<Posted> rows(reinterpret_cast<Posted*>(lParam));
-    return std::move(*rows);
+    return rows ? std::move(*rows) : Posted(); // of no request: those are numbered from 1
 }
 
 int WorkAreaLeft(HWND window) {
@@ -86,7 +87,7 @@ HINSTANCE PaneHostWindow::Instance() const {
 bool PaneHostWindow::CreateInspector(const InspectorModel& model, const TextLookup& text,
                                      Theme theme) {
     if (!inspector_.Create(Instance(), main_, model, text, theme)) return false;
-    DockPane(inspector_.Handle(), DockSide::Right);
+    Dock();
     return true;
 }
 
@@ -96,7 +97,7 @@ bool PaneHostWindow::CreateStructView(StructViewModel& model, const TextLookup& 
         ScaleRounded(roomPx, USER_DEFAULT_SCREEN_DPI, static_cast<int>(::GetDpiForWindow(main_)));
     if (!structView_.Create(Instance(), main_, model, text, theme, StructViewStartWidth(room)))
         return false;
-    DockPane(structView_.Handle(), DockSide::Left);
+    Dock();
     return true;
 }
 
@@ -104,10 +105,17 @@ DockTarget PaneHostWindow::Target() const {
     return {PlaceOf(main_), ::IsIconic(main_) != FALSE};
 }
 
+// A pane that docking moves to a screen of another DPI changes its size and asks to be docked
+// again, from within. That is done once: its place by the new size may lie on the first screen.
 void PaneHostWindow::Dock() {
-    if (main_ == nullptr) return;
-    if (HasInspector()) DockPane(inspector_.Handle(), DockSide::Right);
-    if (HasStructView()) DockPane(structView_.Handle(), DockSide::Left);
+    dockAgain_ = true;
+    if (main_ == nullptr || docking_) return;
+    docking_ = true;
+    for (int pass = 0; pass < 2 && std::exchange(dockAgain_, false); ++pass) {
+        if (HasInspector()) DockPane(inspector_.Handle(), DockSide::Right);
+        if (HasStructView()) DockPane(structView_.Handle(), DockSide::Left);
+    }
+    docking_ = false;
 }
 
 void PaneHostWindow::DockPane(HWND pane, DockSide side) const {

@@ -22,7 +22,8 @@ public:
     /// Whom the panes stand beside; null before the main window exists and after its end.
     void SetMainWindow(HWND window) { main_ = window; }
 
-    /// Puts both panes where they belong, after the main window has moved or changed its size.
+    /// Puts both panes where they belong, after the main window or one of them has moved or changed
+    /// its size.
     void Dock();
 
     /// Takes what the message of a worker brought. Only for messages that were posted here.
@@ -55,6 +56,8 @@ private:
     void DockPane(HWND pane, DockSide side) const;
 
     HWND main_ = nullptr;
+    bool docking_ = false;
+    bool dockAgain_ = false; ///< asked for while docking
     InspectorWindow inspector_;
     StructViewWindow structView_;
 };

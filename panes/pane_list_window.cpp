@@ -92,6 +92,12 @@ void PaneList::Attach(HWND window, const IListContent& content) {
     model_.SetRowCount(content.RowCount());
 }
 
+void PaneList::Detach() {
+    window_ = nullptr;
+    rowFont_.Reset();
+    captionFont_.Reset();
+}
+
 void PaneList::SetDpi(int dpi) {
     model_.SetDpi(dpi);
     const int heightPx = ScaledToDpi(kListFontSize, dpi);
@@ -252,15 +258,14 @@ void PaneList::DrawCell(HDC dc, const PaneColors& colors, std::size_t row,
 void PaneList::DrawTexts(HDC dc, const PaneColors& colors, std::u16string_view text,
                          std::u16string_view side, const PaneRect& area, int sideRight) const {
     ::SetTextColor(dc, ToColorRef(colors.text));
-    if (IsAscii(text)) {
+    int widthPx = ScaledToDpi(kSideGap, model_.Dpi());
+    {
+        const SelectScope font(dc, IsAscii(text) ? ::GetCurrentObject(dc, OBJ_FONT)
+                                                 : captionFont_.Get());
         DrawLine(dc, text, area);
-    } else {
-        const SelectScope font(dc, captionFont_.Get());
-        DrawLine(dc, text, area);
+        if (!side.empty()) widthPx += TextWidthPx(dc, text);
     }
-    if (side.empty()) return;
-    const int widthPx = TextWidthPx(dc, text) + TextWidthPx(dc, side);
-    if (widthPx + ScaledToDpi(kSideGap, model_.Dpi()) > sideRight - area.left) return;
+    if (side.empty() || widthPx + TextWidthPx(dc, side) > sideRight - area.left) return;
     ::SetTextColor(dc, ToColorRef(colors.DimmedText()));
     DrawLine(dc, side, {area.left, area.top, sideRight, area.bottom}, DT_RIGHT);
 }

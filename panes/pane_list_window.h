@@ -38,7 +38,7 @@ public:
 
     /// The window's life; its content must outlive it.
     void Attach(HWND window, const IListContent& content);
-    void Detach() { window_ = nullptr; }
+    void Detach();
 
     /// Keeps that much of the right end of a column's caption free of its side text.
     void KeepCaptionRoom(std::size_t column, int width) { captionRoom_ = {column, width}; }

@@ -78,6 +78,7 @@ LRESULT CALLBACK PaneWindow::Procedure(HWND window, UINT message, WPARAM wParam,
     if (message == WM_NCDESTROY) {
         ::SetWindowLongPtrW(window, GWLP_USERDATA, 0);
         self->list_.Detach();
+        self->OnDestroyed();
         self->window_ = nullptr;
         return ::DefWindowProcW(window, message, wParam, lParam);
     }
@@ -100,7 +101,14 @@ LRESULT PaneWindow::Dispatch(UINT message, WPARAM wParam, LPARAM lParam) {
         return 0;
     }
     case WM_SIZE:
-        return OnSize(wParam);
+        OnSize(wParam);
+        return 0;
+    case WM_ENTERSIZEMOVE:
+        widthBefore_ = Width();
+        return 0;
+    case WM_EXITSIZEMOVE:
+        OnUserSized();
+        return 0;
     case WM_GETMINMAXINFO:
         return OnMinimumSize(*reinterpret_cast<MINMAXINFO*>(lParam));
     case WM_DPICHANGED:
@@ -117,18 +125,34 @@ LRESULT PaneWindow::Dispatch(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 LRESULT PaneWindow::OnCreate() {
+    maximized_ = false;
     list_.SetDpi(static_cast<int>(::GetDpiForWindow(window_)));
     list_.Attach(window_, *content_);
     OnCreated();
     return 0;
 }
 
-LRESULT PaneWindow::OnSize(WPARAM wParam) {
+// Of the whole window, pixels at 96 DPI.
+int PaneWindow::Width() const {
     RECT place{};
-    if (wParam == SIZE_RESTORED && ::GetWindowRect(window_, &place))
-        width_ = ScaleRounded(place.right - place.left, USER_DEFAULT_SCREEN_DPI, Dpi());
+    ::GetWindowRect(window_, &place);
+    return ScaleRounded(place.right - place.left, USER_DEFAULT_SCREEN_DPI, Dpi());
+}
+
+// The main window may have moved while this one was maximised.
+void PaneWindow::OnSize(WPARAM wParam) {
     Layout();
-    return 0;
+    const bool maximized = wParam == SIZE_MAXIMIZED;
+    if (std::exchange(maximized_, maximized) && !maximized) Dock();
+}
+
+void PaneWindow::OnUserSized() {
+    if (Width() != widthBefore_) width_ = Width();
+    Dock();
+}
+
+void PaneWindow::Dock() const {
+    if (dock_) dock_();
 }
 
 LRESULT PaneWindow::OnMinimumSize(MINMAXINFO& limits) const {
@@ -144,7 +168,7 @@ LRESULT PaneWindow::OnDpiChanged(int dpi, const RECT& suggested) {
                    suggested.right - suggested.left, suggested.bottom - suggested.top,
                    SWP_NOZORDER | SWP_NOACTIVATE);
     Layout();
-    if (dock_) dock_();
+    Dock();
     return 0;
 }
 

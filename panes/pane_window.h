@@ -42,7 +42,7 @@ public:
     void ShowRows() { list_.ShowContent(); } ///< those of the content have changed
     void SetTheme(Theme theme);
 
-    /// What puts the window into its place; asked for when the DPI gave it another size.
+    /// What puts the window into its place; asked for when the user or the DPI took it from there.
     void SetDock(std::function<void()> dock) { dock_ = std::move(dock); }
 
 protected:
@@ -60,10 +60,12 @@ protected:
     void Layout();
     void Repaint() const { ::InvalidateRect(window_, nullptr, FALSE); }
 
-    // What a pane adds to its list. The window exists in all of them.
+    // What a pane adds to its list. The window exists in all of them, in OnDestroyed without its
+    // controls.
     virtual void OnCreated() {}
-    virtual void OnDpi() {}    ///< fonts are to be made anew
-    virtual void OnColors() {} ///< another theme
+    virtual void OnDestroyed() {} ///< fonts and brushes are to be freed
+    virtual void OnDpi() {}       ///< fonts are to be made anew
+    virtual void OnColors() {}    ///< another theme
     /// Lays out what stands above the list; gives where the list begins.
     virtual int PlaceControls(int widthPx, int heightPx);
     virtual void Draw(HDC dc) const;
@@ -79,7 +81,10 @@ private:
     bool RegisterWindowClass(HINSTANCE instance, HWND owner) const;
     LRESULT Dispatch(UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT OnCreate();
-    LRESULT OnSize(WPARAM wParam);
+    int Width() const;
+    void OnSize(WPARAM wParam);
+    void OnUserSized();
+    void Dock() const;
     LRESULT OnMinimumSize(MINMAXINFO& limits) const;
     LRESULT OnDpiChanged(int dpi, const RECT& suggested);
 
@@ -87,7 +92,9 @@ private:
     HWND window_ = nullptr;
     const IListContent* content_ = nullptr;
     std::function<void()> dock_;
-    int width_ = 0; ///< as the user left it, pixels at 96 DPI
+    int width_ = 0;       ///< as the user left it, pixels at 96 DPI; 0 before
+    int widthBefore_ = 0; ///< the user began to move or size the window
+    bool maximized_ = false;
 };
 
 } // namespace kvx

@@ -62,9 +62,9 @@ inline std::u16string CopiedList(HWND pane, WORD key = 'C') {
 }
 
 /// Copies again and again until the list is `expected`; gives what it was last.
-inline std::u16string WaitForList(HWND pane, const std::u16string& expected) {
+inline std::u16string WaitForList(HWND pane, const std::u16string& expected, WORD key = 'C') {
     std::u16string text;
-    WaitUntil([&] { return (text = CopiedList(pane)) == expected; });
+    WaitUntil([&] { return (text = CopiedList(pane, key)) == expected; });
     return text;
 }
 

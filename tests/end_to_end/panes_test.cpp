@@ -7,8 +7,12 @@
 #include "encoding/text_encoding.h"
 #include "panes/inspector_model.h"
 #include "panes/pane_colors.h"
+#include "panes/struct_view_layout.h"
+#include "platform/text.h"
 
 #include <gtest/gtest.h>
+
+#include <commctrl.h>
 
 namespace kvx::test {
 namespace {
@@ -26,6 +30,22 @@ Place PlaceOf(HWND window) {
     RECT place{};
     ::GetWindowRect(window, &place);
     return {place.left, place.top, place.right, place.bottom};
+}
+
+/// A pane on the edge between two screens: wherever it is docked, its DPI changes. `data` counts.
+LRESULT CALLBACK BetweenScreens(HWND pane, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                                DWORD_PTR data) {
+    constexpr int kSuggestedLeft = 10;
+    const LRESULT answer = ::DefSubclassProc(pane, message, wParam, lParam);
+    if (message != WM_WINDOWPOSCHANGED) return answer;
+    const auto& moved = *reinterpret_cast<const WINDOWPOS*>(lParam);
+    int& changes = *reinterpret_cast<int*>(data);
+    if ((moved.flags & SWP_NOMOVE) != 0 || moved.x == kSuggestedLeft || changes == 20)
+        return answer;
+    const int dpi = ++changes % 2 == 0 ? 96 : 144;
+    const RECT suggested{kSuggestedLeft, 20, kSuggestedLeft + 6 * dpi, 620};
+    ::SendMessageW(pane, WM_DPICHANGED, MAKEWPARAM(dpi, dpi), reinterpret_cast<LPARAM>(&suggested));
+    return answer;
 }
 
 class PanesTest : public testing::Test {
@@ -108,6 +128,37 @@ TEST_F(PanesTest, TheyTakeTheSizeOfAnotherDpiAndStayInTheirPlace) {
     }
 }
 
+TEST_F(PanesTest, DockingEndsWhereTheDpiChangesWithEachPlace) {
+    program_.WriteSettings(PaneSettings(false, true));
+    const InProcessWindow window(program_);
+    int changes = 0;
+    ::SetWindowSubclass(::FindWindowW(kStructViewClass, nullptr), &BetweenScreens, 0,
+                        reinterpret_cast<DWORD_PTR>(&changes));
+    ::MoveWindow(::GetAncestor(window.View(), GA_ROOT), 540, 30, 420, 600, TRUE);
+    EXPECT_GT(changes, 0);
+    EXPECT_LT(changes, 10);
+}
+
+TEST_F(PanesTest, TheyReturnToTheirPlaceWhenTheUserHasMovedSizedOrRestoredThem) {
+    program_.WriteSettings(PaneSettings(true, false));
+    const InProcessWindow window(program_);
+    const HWND main = ::GetAncestor(window.View(), GA_ROOT);
+    const HWND inspector = ::FindWindowW(kInspectorClass, nullptr);
+    const auto expectDocked = [&] {
+        const Place beside = PlaceOf(main);
+        EXPECT_EQ(PlaceOf(inspector),
+                  (Place{beside.right + 1, beside.top, beside.right + 401, beside.bottom}));
+    };
+    ::SendMessageW(inspector, WM_ENTERSIZEMOVE, 0, 0);
+    ::MoveWindow(inspector, 10, 10, 400, 300, TRUE);
+    ::SendMessageW(inspector, WM_EXITSIZEMOVE, 0, 0);
+    expectDocked();
+    ::ShowWindow(inspector, SW_MAXIMIZE);
+    ::MoveWindow(main, 40, 30, 420, 600, TRUE);
+    ::ShowWindow(inspector, SW_RESTORE);
+    expectDocked();
+}
+
 TEST_F(PanesTest, ClosingByTheUserIsRemembered) {
     {
         const auto kivra = Start({}, "content");
@@ -126,16 +177,27 @@ TEST_F(PanesTest, ClosingByTheUserIsRemembered) {
     EXPECT_FALSE(IsShown(*kivra, kInspectorClass));
 }
 
-TEST_F(PanesTest, TheInspectorEndsOnTheLastOfAThousandMoves) {
+TEST_F(PanesTest, BothEndOnTheLastOfAThousandMoves) {
     const std::string bytes = KnownBytes(20'000);
-    const auto kivra = Start(PaneSettings(true, false), bytes);
+    const auto kivra = Start(PaneSettings(true, true), bytes);
     const HWND inspector = WaitForPane(*kivra, kInspectorClass);
+    const HWND structView = WaitForPane(*kivra, kStructViewClass);
+    files_.Write(u"byte.kvpat", std::string_view("struct A { uint8_t a; };"));
+    ::PostMessageW(::GetDlgItem(structView, kStructViewOpenCommand), BM_CLICK, 0, 0);
+    EXPECT_TRUE(ChooseInFileDialog(kivra->Id(), (files_.Root() / "byte.kvpat").wstring()));
     for (int move = 0; move < 1000; ++move)
         ::PostMessageW(kivra->View(), WM_KEYDOWN, VK_DOWN, 0);
     const auto* const data = reinterpret_cast<const std::uint8_t*>(bytes.data());
     const std::u16string last = InspectorText({data + 16'000, 96});
     EXPECT_EQ(WaitForList(inspector, last), last);
-    EXPECT_EQ(CopiedList(inspector, VK_INSERT), last);
+    EXPECT_EQ(WaitForList(inspector, last, VK_INSERT), last);
+    char row[16] = {};
+    std::snprintf(row, sizeof row, "\t0x%02X", data[16'000]);
+    std::u16string members;
+    EXPECT_TRUE(WaitUntil([&] {
+        members = CopiedList(structView);
+        return members.ends_with(std::u16string(row, row + 5));
+    })) << Utf16ToUtf8(members);
     kivra->Run(kCommandClose);
     const std::u16string nothing = InspectorText({});
     EXPECT_EQ(WaitForList(inspector, nothing), nothing);
