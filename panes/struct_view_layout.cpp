@@ -12,7 +12,6 @@ constexpr int kButtonHeight = 26;
 constexpr int kButtonGap = 8;
 constexpr int kDefinitionRight = 200; ///< from the right edge
 constexpr int kDefinitionBottom = 30;
-constexpr int kShortestDefinition = 150; ///< that tells more than the path below it
 constexpr int kPathTop = 28;
 constexpr int kInfoHeight = 196; ///< all lines of the summary
 constexpr int kErrorHeight = 116;
@@ -44,8 +43,7 @@ StructViewLayout LayOutStructView(int widthPx, int heightPx, int dpi, StructText
     }
     // A long name ends in front of the buttons, not under them.
     const int definitionRight = std::min(widthPx - scaled(kDefinitionRight), right);
-    if (definitionRight >= scaled(kMargin + kShortestDefinition))
-        layout.definitionLine = {scaled(kMargin), 0, definitionRight, scaled(kDefinitionBottom)};
+    layout.definitionLine = {scaled(kMargin), 0, definitionRight, scaled(kDefinitionBottom)};
     layout.pathLine = {scaled(kMargin), scaled(kPathTop), widthPx - scaled(kMargin),
                        scaled(kStructViewHeaderHeight)};
     layout.header = {0, 0, widthPx, scaled(kStructViewHeaderHeight)};

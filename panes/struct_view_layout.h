@@ -38,9 +38,9 @@ inline constexpr std::array<StructViewButton, 4> kStructViewButtons = {{
 /// All in client pixels.
 struct StructViewLayout {
     std::array<PaneRect, kStructViewButtons.size()> buttons;
-    PaneRect definitionLine; ///< first header line; empty in a window too narrow for it
+    PaneRect definitionLine; ///< first header line, as far as the buttons leave room for it
     PaneRect pathLine;       ///< second header line
-    PaneRect header;         ///< ends at the separator line
+    PaneRect header;         ///< the separator line is the row below
     PaneRect textArea;       ///< header colour, a line in its last row; empty when none is shown
     PaneRect textBox;        ///< the edit control in it
     int listTopPx = 0;       ///< of the band of captions

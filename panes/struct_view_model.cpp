@@ -1,5 +1,6 @@
 #include "panes/struct_view_model.h"
 
+#include "panes/error_text.h"
 #include "pattern/loader.h"
 #include "pattern/summary.h"
 #include "platform/system.h"
@@ -93,6 +94,7 @@ void StructViewModel::Close() {
     error_.clear();
     rows_.clear();
     rowsAwaited_ = false;
+    infoShown_ = false;
 }
 
 std::u16string StructViewModel::StartFolder(const std::u16string& programFolder) const {
@@ -126,7 +128,7 @@ void StructViewModel::SetRows(std::vector<StructViewRow> rows) {
 }
 
 StructTextArea StructViewModel::TextArea() const {
-    if (infoShown_ && pattern_) return StructTextArea::Info;
+    if (infoShown_) return StructTextArea::Info;
     return error_.empty() ? StructTextArea::None : StructTextArea::Error;
 }
 
@@ -135,7 +137,7 @@ std::u16string StructViewModel::InfoText() const {
 }
 
 std::u16string StructViewModel::ErrorText() const {
-    return error_.empty() ? std::u16string() : errorPrefix_ + u"\r\n" + error_;
+    return error_.empty() ? std::u16string() : errorPrefix_ + u"\r\n" + WithCaretInPlace(error_);
 }
 
 std::u16string StructViewModel::DefinitionLine() const {

@@ -63,7 +63,8 @@ public:
                                                  std::uint64_t caretOffset);
     void SetRows(std::vector<StructViewRow> rows);
 
-    void ToggleInfo() { infoShown_ = !infoShown_; }
+    /// Nothing without a pattern.
+    void ToggleInfo() { infoShown_ = pattern_ && !infoShown_; }
     StructTextArea TextArea() const;
     std::u16string InfoText() const; ///< for a text box: lines end in CR LF
     /// The prefix, and below it the message with its line and caret: for a fixed-pitch font.

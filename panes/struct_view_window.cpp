@@ -1,5 +1,6 @@
 #include "panes/struct_view_window.h"
 
+#include "panes/error_text.h"
 #include "panes/value_format_menu.h"
 #include "platform/win32/wide.h"
 
@@ -151,6 +152,12 @@ void StructViewWindow::OnCreated() {
     OnColors();
 }
 
+void StructViewWindow::OnDestroyed() {
+    smallFont_.Reset();
+    wideFixedFont_.Reset();
+    boxBrush_.Reset();
+}
+
 void StructViewWindow::OnDpi() {
     smallFont_ = MakeFont(kHeaderFontName, ScaledToDpi(kStructViewSmallFontSize, Dpi()));
     for (const HWND button : buttons_)
@@ -161,14 +168,15 @@ void StructViewWindow::OnDpi() {
     ShowErrorFont();
 }
 
-// The caret below the line stands at its column in both, but the font of the rows is western only.
+// In both the caret below the line stands at its column, but what the font of the rows does not
+// have, above all full-width characters, comes from others that know nothing of its pitch.
 void StructViewWindow::ShowErrorFont() {
-    SetFont(errorBox_, IsAscii(model_->ErrorText()) ? list_.RowFont() : wideFixedFont_.Get());
+    SetFont(errorBox_, HasFullWidth(model_->ErrorText()) ? wideFixedFont_.Get() : list_.RowFont());
 }
 
 void StructViewWindow::OnColors() {
     boxBrush_ = UniqueBrush(::CreateSolidBrush(ToColorRef(colors_.background)));
-    ::RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN);
+    ::RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
 int StructViewWindow::PlaceControls(int widthPx, int heightPx) {
@@ -188,7 +196,9 @@ int StructViewWindow::PlaceControls(int widthPx, int heightPx) {
 std::optional<LRESULT> StructViewWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
     case WM_COMMAND:
-        if (HIWORD(wParam) == BN_CLICKED) OnButton(LOWORD(wParam));
+        // The second press of two quick ones comes as a double-click.
+        if (HIWORD(wParam) == BN_CLICKED || HIWORD(wParam) == BN_DOUBLECLICKED)
+            OnButton(LOWORD(wParam));
         return 0;
     case WM_DRAWITEM:
         DrawButton(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
@@ -317,11 +327,14 @@ void StructViewWindow::Draw(HDC dc) const {
 }
 
 void StructViewWindow::DrawHeader(HDC dc) const {
-    for (const PaneRect& area : {layout_.header, layout_.textArea}) {
+    const PaneRect& header = layout_.header;
+    const PaneRect& text = layout_.textArea;
+    for (const PaneRect& area : {header, text})
         FillSolid(dc, ToRect(area), ToColorRef(colors_.headerBand));
-        FillSolid(dc, {area.left, area.bottom - 1, area.right, area.bottom},
-                  ToColorRef(colors_.gridLine));
-    }
+    FillSolid(dc, {text.left, text.bottom - 1, text.right, text.bottom},
+              ToColorRef(colors_.gridLine));
+    FillSolid(dc, {header.left, header.bottom, header.right, header.bottom + 1},
+              ToColorRef(colors_.gridLine));
     {
         const SelectScope font(dc, list_.CaptionFont());
         ::SetTextColor(dc, ToColorRef(colors_.text));

@@ -31,6 +31,7 @@ public:
 
 private:
     void OnCreated() override;
+    void OnDestroyed() override;
     void OnDpi() override;
     void OnColors() override;
     int PlaceControls(int widthPx, int heightPx) override;

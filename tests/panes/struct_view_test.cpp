@@ -1,4 +1,5 @@
 // The struct view's state and layout.
+#include "panes/error_text.h"
 #include "panes/pane_colors.h"
 #include "panes/struct_view_layout.h"
 #include "panes/struct_view_model.h"
@@ -129,6 +130,20 @@ TEST_F(StructViewModelTest, KeepsTheDefinitionWhenALoadFailsAndShowsWhy) {
     EXPECT_EQ(Copied(), std::string(kCaptions) + "\r\n0x5\tc\tchar\t0x05");
 }
 
+TEST_F(StructViewModelTest, PutsTheCaretOfAnErrorUnderItsColumnInAFixedPitch) {
+    const std::pair<std::string, std::string> cases[] = {
+        {"struct A {\t\tchar 7; };", "struct A {  char 7; };\r\n            ^"},
+        {"/* 日本 ｱ é */ x", "/* 日本 ｱ é */ x\r\n   \u3000\u3000        ^"},
+    };
+    for (const auto& [line, shown] : cases) {
+        model.Load(folder.Write(u"pair.kvpat", line));
+        EXPECT_TRUE(Utf16ToUtf8(model.ErrorText()).ends_with("\r\n" + shown))
+            << Utf16ToUtf8(model.ErrorText());
+    }
+    EXPECT_EQ(WithCaretInPlace(u"no row\t^"), u"no row\t^");
+    EXPECT_TRUE(HasFullWidth(u"ｘ") && !HasFullWidth(u"xéЖｱ"));
+}
+
 TEST_F(StructViewModelTest, SaysSoWhenThereIsNothingToShow) {
     Update();
     EXPECT_EQ(model.EmptyMessage(), u"structview.empty.message");
@@ -151,12 +166,17 @@ TEST_F(StructViewModelTest, SaysSoWhenThereIsNothingToShow) {
 }
 
 TEST_F(StructViewModelTest, TogglesTheSummaryOfALoadedFile) {
-    model.ToggleInfo();
-    EXPECT_EQ(model.TextArea(), StructTextArea::None);
+    model.ToggleInfo(); // of nothing
     model.Load(folder.Write(u"pair.kvpat", kPair));
+    EXPECT_EQ(model.TextArea(), StructTextArea::None);
+    model.ToggleInfo();
     EXPECT_EQ(model.TextArea(), StructTextArea::Info);
     EXPECT_TRUE(model.InfoText().starts_with(u"entry = Pair (implicit)\r\n"));
     model.ToggleInfo();
+    EXPECT_EQ(model.TextArea(), StructTextArea::None);
+    model.ToggleInfo();
+    model.Close();
+    model.Load(folder.Write(u"pair.kvpat", kPair));
     EXPECT_EQ(model.TextArea(), StructTextArea::None);
 }
 
@@ -209,10 +229,10 @@ TEST(StructViewLayout, PlacesButtonsFromTheRightAndTheListBelowTheTextArea) {
     EXPECT_EQ(layout.header, (PaneRect{0, 0, 1050, 93}));
     EXPECT_EQ(layout.textArea, (PaneRect{0, 93, 1050, layout.listTopPx}));
     EXPECT_EQ(layout.textBox, (PaneRect{18, 102, 1032, layout.listTopPx - 10}));
-    // The smallest window keeps a text of some height, and the path in its header.
+    // The smallest window keeps a text of some height, and the start of the file's name.
     layout = LayOutStructView(504, 221, 96, StructTextArea::Info);
     EXPECT_EQ(layout.listTopPx, 62 + 61);
-    EXPECT_EQ(layout.definitionLine, PaneRect());
+    EXPECT_EQ(layout.definitionLine, (PaneRect{12, 0, 92, 30}));
     EXPECT_EQ(layout.pathLine, (PaneRect{12, 28, 492, 62}));
 }
 
