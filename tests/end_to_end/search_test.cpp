@@ -74,22 +74,43 @@ protected:
 
 TEST_F(SearchDialogTest, FindsEveryHitOfALargeFileInBothDirections) {
     const std::vector<std::uint64_t> hits{0, kMebi - 2, 32 * kMebi - 5, 64 * kMebi - 6};
+    const std::pair<int, std::u16string> queries[] = {{kHex, u"6e 65\t65646C65 "},
+                                                      {kText, u"needle"}};
     window_ = std::make_unique<InProcessWindow>(program_, FileWith(64 * kMebi, "needle", hits));
-    Search([&](const Dialog& dialog) {
-        dialog.SetText(kQuery, u"6e 65\t65646C65 ");
-        for (const std::uint64_t hit : hits)
-            EXPECT_TRUE(Finds(dialog, kNext, hit, 6)) << hit;
-        dialog.Press(kNext);
-        EXPECT_EQ(TakeBox(), Box("error.search_not_found"));
-        dialog.Select(kType, kText);
-        dialog.SetText(kQuery, u"needle");
-        for (std::size_t left = hits.size() - 1; left > 0; --left)
-            EXPECT_TRUE(Finds(dialog, kPrevious, hits[left - 1], 6)) << left;
-        dialog.Press(kPrevious);
-        EXPECT_EQ(TakeBox(), Box("error.search_not_found"));
-        EXPECT_TRUE(dialog.WaitForFocus(kQuery));
-    });
-    EXPECT_EQ(window_->State().selEnd, 5U);
+    for (const auto& [type, query] : queries) {
+        Search([&](const Dialog& dialog) {
+            dialog.Select(kType, type);
+            dialog.SetText(kQuery, query);
+            for (const std::uint64_t hit : hits)
+                EXPECT_TRUE(Finds(dialog, kNext, hit, 6)) << hit;
+            dialog.Press(kNext);
+            EXPECT_EQ(TakeBox(), Box("error.search_not_found"));
+            for (std::size_t left = hits.size() - 1; left > 0; --left)
+                EXPECT_TRUE(Finds(dialog, kPrevious, hits[left - 1], 6)) << left;
+            dialog.Press(kPrevious);
+            EXPECT_EQ(TakeBox(), Box("error.search_not_found"));
+            EXPECT_TRUE(dialog.WaitForFocus(kQuery));
+        });
+        EXPECT_EQ(window_->State().selEnd, 5U);
+        window_->Key(VK_ESCAPE); // so that the next search starts at the caret
+    }
+}
+
+TEST_F(SearchDialogTest, TakesNoLongerQueryThanItsTypeAllows) {
+    window_ = std::make_unique<InProcessWindow>(program_, files_.Write(u"data.bin", "content"));
+    constexpr UINT kUtf16Le = kCommandEncodingFirst + 2;
+    const std::pair<UINT, LRESULT> cases[] = {{kCommandEncodingFirst, 4096}, {kUtf16Le, 2048}};
+    for (const auto& [encoding, textLimit] : cases) {
+        window_->Run(encoding);
+        Search([&, limit = textLimit](const Dialog& dialog) {
+            const HWND edit = ChildOf(dialog.Control(kQuery), L"Edit");
+            for (const auto& [type, expected] :
+                 {std::pair<int, LRESULT>{kHex, 12287}, {kText, limit}, {kHex, 12287}}) {
+                dialog.Select(kType, type);
+                EXPECT_EQ(::SendMessageW(edit, EM_GETLIMITTEXT, 0, 0), expected) << type;
+            }
+        });
+    }
 }
 
 TEST_F(SearchDialogTest, StepsThroughHitsThatOverlap) {
@@ -169,7 +190,7 @@ TEST_F(SearchDialogTest, OffersPastQueriesOfTheTypeNewestFirstAndStoresThem) {
 class LongSearchTest : public SearchDialogTest, public testing::WithParamInterface<const char*> {};
 
 TEST_P(LongSearchTest, EndsAtOnceAndLeavesTheDialogReadyForTheNext) {
-    constexpr std::uint64_t kSize = 64ULL << 30;
+    constexpr std::uint64_t kSize = 4ULL << 40; // minutes, at the speed of memory
     window_ = std::make_unique<InProcessWindow>(program_,
                                                 files_.WriteSparse(u"data.bin", kSize, "A", ""));
     const std::u16string idle = window_->Status();
