@@ -3,6 +3,7 @@
 #include "app/command_dispatch.h"
 #include "app/commands.h"
 #include "app/file_commands.h"
+#include "app/modal_dialog_window.h"
 #include "app/pane_commands.h"
 #include "app/window_placement.h"
 #include "platform/system.h"
@@ -176,6 +177,7 @@ int AppWindow::RunMessageLoop() {
 }
 
 void AppWindow::ProcessMessage(MSG& message) {
+    if (IsRepeatedEscape(message)) return; // it closed a dialog, and would end the selection
     if (accelerators_ && MainWindow() != nullptr &&
         ::TranslateAcceleratorW(MainWindow(), accelerators_.Get(), &message)) {
         return;
@@ -382,7 +384,8 @@ LRESULT AppWindow::OnDpiChanged(std::uint32_t dpi, const RECT& suggested) {
 // was done before. The user is told, once at a time, and what is shown is brought up to date.
 void AppWindow::OnException() noexcept {
     if (std::exchange(tellingOfException_, true)) return;
-    ::MessageBoxW(MainWindow(), kExceptionText, kFirstTitle, MB_OK | MB_ICONERROR);
+    ::MessageBoxW(ModalDialogWindow::TopmostOver(MainWindow()), kExceptionText, kFirstTitle,
+                  MB_OK | MB_ICONERROR);
     try {
         shell_.RefreshAll();
     } catch (...) { // shown by the next change instead

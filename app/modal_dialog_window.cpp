@@ -35,6 +35,8 @@ const ControlClass& ClassOf(ControlKind kind) {
     return kControlClasses[static_cast<std::size_t>(kind)];
 }
 
+const ModalDialogWindow* topmost = nullptr; // of the dialogs that are running
+
 // One font for all dialogs on screens with this DPI, kept for the life of the process.
 HFONT SharedDialogFont(std::uint32_t dpi) {
     static std::map<std::uint32_t, UniqueFont> fonts;
@@ -78,25 +80,29 @@ bool RegisterDialogClass(HINSTANCE instance, const wchar_t* name, WNDPROC proced
     return ::RegisterClassExW(&windowClass) != 0 || ::GetLastError() == ERROR_CLASS_ALREADY_EXISTS;
 }
 
-// A key that is held down: what it did once, it must not do to the next dialog.
+} // namespace
+
 bool IsRepeatedEscape(const MSG& message) {
     constexpr LPARAM kWasDown = LPARAM{1} << 30;
     return message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE &&
            (message.lParam & kWasDown) != 0;
 }
 
-} // namespace
-
 void ModalDialogWindow::Run(HWND owner, const std::u16string& title, const TextLookup& text) {
     struct CloseScope {
         ModalDialogWindow& dialog;
-        ~CloseScope() { dialog.Close(); }
+        const ModalDialogWindow* const below = std::exchange(topmost, &dialog);
+        ~CloseScope() {
+            dialog.Close();
+            topmost = below;
+        }
     };
     {
         const CloseScope closeAtTheEnd{*this};
         if (!Create(owner, title)) return;
         CreateControls(text);
         OnCreated();
+        ::ReleaseCapture(); // a drag in the owner would go on below the dialog
         ::EnableWindow(owner, FALSE);
         ::ShowWindow(window_, SW_SHOW);
         FocusOn(FirstFocus());
@@ -104,6 +110,10 @@ void ModalDialogWindow::Run(HWND owner, const std::u16string& title, const TextL
     }
     ::SetFocus(owner);
     if (failure_) std::rethrow_exception(std::exchange(failure_, nullptr));
+}
+
+HWND ModalDialogWindow::TopmostOver(HWND window) {
+    return topmost != nullptr && topmost->Window() != nullptr ? topmost->Window() : window;
 }
 
 bool ModalDialogWindow::Create(HWND owner, const std::u16string& title) {

@@ -15,6 +15,9 @@
 
 namespace kvx {
 
+/// Whether Esc is being held down: what it did once, it must not do to what comes next.
+bool IsRepeatedEscape(const MSG& message);
+
 /// Shown once by Run; lives on the stack of the command that needs it. Main thread only.
 class ModalDialogWindow {
 public:
@@ -26,6 +29,10 @@ public:
     /// closed. Rethrows what the handlers of the dialog throw, which closes it. Shows nothing when
     /// the system has no window for it.
     void Run(HWND owner, const std::u16string& title, const TextLookup& text);
+
+    /// To whom a message box belongs that is shown now: the dialog over `window`, else `window`
+    /// itself.
+    static HWND TopmostOver(HWND window);
 
     /// Null before and after the dialog is shown.
     HWND Window() const { return window_; }

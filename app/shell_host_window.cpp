@@ -29,7 +29,7 @@ private:
 SaveChangesAnswer ShellHostWindow::AskSaveChanges(const std::u16string& text,
                                                   const std::u16string& caption) {
     constexpr UINT kButtons = MB_YESNOCANCEL | MB_ICONWARNING;
-    switch (::MessageBoxW(window_, AsWide(text), AsWide(caption), kButtons)) {
+    switch (::MessageBoxW(BoxOwner(), AsWide(text), AsWide(caption), kButtons)) {
     case IDYES:
         return SaveChangesAnswer::Yes;
     case IDNO:
@@ -40,7 +40,7 @@ SaveChangesAnswer ShellHostWindow::AskSaveChanges(const std::u16string& text,
 }
 
 void ShellHostWindow::ShowError(const std::u16string& text, const std::u16string& caption) {
-    ::MessageBoxW(window_, AsWide(text), AsWide(caption), MB_OK | MB_ICONERROR);
+    ::MessageBoxW(BoxOwner(), AsWide(text), AsWide(caption), MB_OK | MB_ICONERROR);
 }
 
 std::optional<std::u16string> ShellHostWindow::ChooseFile(const std::u16string& title) {

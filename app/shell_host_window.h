@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/menu_bar_window.h"
+#include "app/modal_dialog_window.h"
 #include "app/search_dialog.h"
 #include "app/shell_host.h"
 #include "app/status_bar_window.h"
@@ -54,6 +55,9 @@ public:
     void DestroyMainWindow() override;
 
 private:
+    /// A box over a dialog's owner would leave the dialog open to input.
+    HWND BoxOwner() const { return ModalDialogWindow::TopmostOver(window_); }
+
     HWND window_ = nullptr;
     MenuBarWindow menuBar_;
     StatusBarWindow statusBar_;

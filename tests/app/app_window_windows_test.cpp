@@ -79,11 +79,14 @@ RECT PlaceOf(HWND window) {
 }
 
 int boxesClosed = 0;
+HWND boxOwner = nullptr; // of the last box closed
 
 // Presses the button of the program's message box as soon as one is on the screen.
 void CALLBACK CloseBox(HWND, UINT, UINT_PTR, DWORD) {
     const HWND box = ::FindWindowW(L"#32770", L"Kivra");
-    if (box != nullptr && ::SendMessageW(box, WM_COMMAND, IDOK, 0) == 0) ++boxesClosed;
+    if (box == nullptr) return;
+    boxOwner = ::GetWindow(box, GW_OWNER);
+    if (::SendMessageW(box, WM_COMMAND, IDOK, 0) == 0) ++boxesClosed;
 }
 
 // What a drop sends; the receiver frees it.
@@ -194,6 +197,30 @@ TEST_F(AppWindowTest, ClosesADialogThatRunsOutOfMemory) {
     EXPECT_EQ(boxesClosed, 1);
     EXPECT_EQ(::FindWindowW(L"Kivra.SearchDialog", nullptr), nullptr);
     EXPECT_NE(::IsWindowEnabled(Main()), FALSE);
+}
+
+HWND prompt = nullptr;
+
+// Has the main window run out of memory below the go-to dialog.
+void CALLBACK ExhaustOwner(HWND, UINT, UINT_PTR timer, DWORD) {
+    prompt = ::FindWindowW(L"Kivra.PromptDialog", nullptr);
+    if (prompt == nullptr) return;
+    ::KillTimer(nullptr, timer);
+    allocationsUntilFailure = 0;
+    ::SendMessageW(::GetWindow(prompt, GW_OWNER), WM_APP + 1, 0, 0);
+    ::PostMessageW(prompt, WM_CLOSE, 0, 0);
+}
+
+TEST_F(AppWindowTest, ShowsAMessageBoxOverTheDialogThatIsOpen) {
+    Start(folder_.Write(u"data.bin", "content"));
+    boxesClosed = 0;
+    ::SetTimer(nullptr, 0, 50, ExhaustOwner);
+    const UINT_PTR close = ::SetTimer(nullptr, 0, 50, CloseBox);
+    Run(Command::GoTo);
+    ::KillTimer(nullptr, close);
+    EXPECT_EQ(boxesClosed, 1);
+    EXPECT_NE(prompt, nullptr);
+    EXPECT_EQ(boxOwner, prompt);
 }
 
 } // namespace

@@ -44,24 +44,63 @@ bool StandsAt(const Dialog& dialog, const ControlLayout& control, const RectPx& 
            (isList || shown.bottom == place.bottom);
 }
 
+/// Tells the dialog that its screen has this DPI now, and gives the place that it should take.
+RECT MoveToDpi(const Dialog& dialog, std::uint32_t dpi) {
+    SIZE size{1000, 700};
+    ::SendMessageW(dialog.window, WM_GETDPISCALEDSIZE, dpi, reinterpret_cast<LPARAM>(&size));
+    const RECT suggested{50, 50, 50 + size.cx, 50 + size.cy};
+    ::SendMessageW(dialog.window, WM_DPICHANGED, MAKEWPARAM(dpi, dpi),
+                   reinterpret_cast<LPARAM>(&suggested));
+    return suggested;
+}
+
+/// In pixels, as the font was asked for.
+LONG FontHeight(HWND control) {
+    LOGFONTW font{};
+    ::GetObjectW(reinterpret_cast<HFONT>(::SendMessageW(control, WM_GETFONT, 0, 0)), sizeof font,
+                 &font);
+    return std::abs(font.lfHeight);
+}
+
+DWORD Style(const Dialog& dialog, int kind) {
+    return static_cast<DWORD>(::GetWindowLongW(dialog.window, kind));
+}
+
+bool CanBeResized(const Dialog& dialog) {
+    return (Style(dialog, GWL_STYLE) & WS_THICKFRAME) != 0;
+}
+
+// The frame that the window really has is still that of the test's own screen.
+void ExpectRoomFor(const DialogLayout& layout, const Dialog& dialog, const RECT& window,
+                   std::uint32_t dpi) {
+    RECT room{0, 0, ScaledPx(layout.width, dpi), ScaledPx(layout.height, dpi)};
+    ::AdjustWindowRectExForDpi(&room, Style(dialog, GWL_STYLE), FALSE, Style(dialog, GWL_EXSTYLE),
+                               dpi);
+    EXPECT_EQ(window.right - window.left, room.right - room.left) << dpi;
+    EXPECT_EQ(window.bottom - window.top, room.bottom - room.top) << dpi;
+}
+
 TEST_P(DialogTest, GrowsWithTheDpiOfItsScreen) {
     const ProgramCopy program;
     const TempFolder files;
     const InProcessWindow window(program, files.Write(u"data.bin", "content"));
     const DialogLayout& layout = *GetParam().layout;
     UseDialog(window, GetParam().command, GetParam().className, [&](const Dialog& dialog) {
+        const LONG heightAt96 = FontHeight(dialog.Control(kDefaultButtonId));
+        ASSERT_GT(heightAt96, 0);
         for (const std::uint32_t dpi : {144U, 96U}) {
-            SIZE size{1000, 700};
-            ::SendMessageW(dialog.window, WM_GETDPISCALEDSIZE, dpi,
-                           reinterpret_cast<LPARAM>(&size));
-            const RECT suggested{50, 50, 50 + size.cx, 50 + size.cy};
-            ::SendMessageW(dialog.window, WM_DPICHANGED, MAKEWPARAM(dpi, dpi),
-                           reinterpret_cast<LPARAM>(&suggested));
+            const RECT suggested = MoveToDpi(dialog, dpi);
+            RECT taken{};
+            ::GetWindowRect(dialog.window, &taken);
+            EXPECT_NE(::EqualRect(&taken, &suggested), FALSE) << dpi;
+            if (!CanBeResized(dialog)) ExpectRoomFor(layout, dialog, taken, dpi);
             RECT client{};
             ::GetClientRect(dialog.window, &client);
             for (const ControlLayout& control : layout.controls) {
                 const RectPx place = PlaceOf(control, layout, client.right, client.bottom, dpi);
                 EXPECT_TRUE(StandsAt(dialog, control, place)) << control.id << " at " << dpi;
+                EXPECT_NEAR(FontHeight(dialog.Control(control.id)), ScaledPx(heightAt96, dpi), 1)
+                    << control.id << " at " << dpi;
             }
         }
     });
@@ -88,6 +127,34 @@ INSTANTIATE_TEST_SUITE_P(
                              &kAboutLayout,
                              {kDefaultButtonId, kAboutHomepageId, kAboutLicenseId}}),
     [](const auto& param) { return "Command" + std::to_string(param.param.command); });
+
+TEST(DialogOwner, EndsItsDragUnderADialogAndKeepsTheSelectionWhileEscIsHeldDown) {
+    const ProgramCopy program;
+    const TempFolder files;
+    InProcessWindow window(program, files.Write(u"data.bin", std::string(4096, 'x')));
+    const HexViewState& state = window.State();
+    const auto mouse = [&](UINT message, int x, int y) {
+        ::SendMessageW(window.View(), message, MK_LBUTTON, MAKELPARAM(x, y));
+    };
+    mouse(WM_LBUTTONDOWN, 200, 60);
+    ASSERT_EQ(::GetCapture(), window.View());
+    mouse(WM_MOUSEMOVE, 200, 160);
+    const std::uint64_t end = state.selEnd;
+    ASSERT_NE(end, state.selAnchor);
+    UseDialog(window, kCommandGoTo, L"Kivra.PromptDialog", [&](const Dialog& dialog) {
+        mouse(WM_MOUSEMOVE, 200, 260);
+        dialog.Press(kCancelButtonId);
+        EXPECT_TRUE(dialog.WaitForEnd());
+    });
+    EXPECT_NE(::GetCapture(), window.View());
+    for (const bool isHeld : {true, false}) {
+        EXPECT_TRUE(state.hasSelection);
+        EXPECT_EQ(state.selEnd, end);
+        ::PostMessageW(window.View(), WM_KEYDOWN, VK_ESCAPE, isHeld ? LPARAM{1} << 30 : 0);
+        window.Pump();
+    }
+    EXPECT_FALSE(state.hasSelection);
+}
 
 // The real keys, so that the accelerators and the focus take part.
 class DialogKeysTest : public testing::Test {
