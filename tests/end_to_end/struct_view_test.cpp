@@ -32,6 +32,7 @@ protected:
     void Open(const std::wstring& path) const {
         Click(kStructViewOpenCommand);
         EXPECT_TRUE(ChooseInFileDialog(kivra_->Id(), path));
+        EXPECT_TRUE(WaitUntil([&] { return IsActive(pane_); }));
     }
     void PressF5() const { ::PostMessageW(pane_, WM_KEYDOWN, VK_F5, 0); }
     void WritePattern(std::string_view text) const { files_.Write(u"own.kvpat", text); }
@@ -91,6 +92,7 @@ TEST_F(StructViewTest, APatternIsEditedBrokenDeletedAndClosed) {
     ExpectList(u"\r\n0x1\tb\tuint16_t\t0x4342");
     std::filesystem::remove(PatternPath());
     Click(kStructViewReloadCommand);
+    EXPECT_TRUE(WaitUntil([&] { return IsActive(pane_); }));
     EXPECT_TRUE(WaitForText(prefix + u"\r\nFailed to open definition file."));
     ExpectList(u"\r\n0x1\tb\tuint16_t\t0x4342");
     Click(kStructViewCloseCommand);
