@@ -1,4 +1,5 @@
 // Editing and saving in the real window, with the bytes on disk as the judge.
+#include "dialog_user.h"
 #include "file_bytes.h"
 #include "kivra_process.h"
 #include "program_texts.h"
@@ -84,7 +85,12 @@ TEST_F(EditingTest, WhatIsTypedOnTheKeyboardIsExactlyWhatIsSaved) {
     keys.Press(VK_DELETE);
     expected.erase(0, 1);
 
-    ::Sleep(300); // the keys go through the X server; there is no title change to wait for
+    // Keys are taken one after the other: with this dialog there, all before it are done.
+    keys.PressWithControl('G');
+    const auto prompt = WaitForDialog(kivra->Id(), L"Kivra.PromptDialog");
+    ASSERT_TRUE(prompt);
+    prompt->Press(IDCANCEL);
+    ASSERT_TRUE(prompt->WaitForEnd());
     kivra->Run(kCommandSave);
     EXPECT_TRUE(kivra->WaitForTitle(clean_));
     EXPECT_TRUE(FileEquals(path_, expected));
