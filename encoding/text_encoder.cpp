@@ -1,6 +1,7 @@
 #include "encoding/text_encoder.h"
 
 #include "platform/code_pages.h"
+#include "platform/code_point.h"
 #include "platform/iscii.h"
 
 #include <algorithm>
@@ -21,12 +22,10 @@ std::optional<Bytes> EncodeAscii(std::u16string_view text) {
 
 /// True when every surrogate is half of a pair.
 bool IsWellFormed(std::u16string_view text) {
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] < 0xD800 || text[i] > 0xDFFF) continue;
-        const bool pair = text[i] < 0xDC00 && i + 1 < text.size() && text[i + 1] >= 0xDC00 &&
-                          text[i + 1] <= 0xDFFF;
-        if (!pair) return false;
-        ++i;
+    while (!text.empty()) {
+        const std::optional<CodePoint> character = ReadUtf16(text);
+        if (!character) return false;
+        text.remove_prefix(character->length);
     }
     return true;
 }

@@ -1,6 +1,7 @@
 #include "panes/character_display.h"
 
 #include "pattern/number_text.h"
+#include "platform/code_point.h"
 
 #include <algorithm>
 #include <array>
@@ -31,16 +32,11 @@ std::u16string_view DisplayPart(std::u16string_view text) {
     return named == kNamedCharacters.end() ? text : named->name;
 }
 
-/// Takes the first code point off `text`.
+/// Takes the first code point off `text`; half a surrogate pair stands for itself.
 std::uint32_t TakeCodePoint(std::u16string_view& text) {
-    const std::uint32_t first = text.front();
-    text.remove_prefix(1);
-    const bool isPair = (first & 0xFC00U) == 0xD800U && !text.empty() &&
-                        (std::uint32_t{text.front()} & 0xFC00U) == 0xDC00U;
-    if (!isPair) return first;
-    const std::uint32_t second = text.front();
-    text.remove_prefix(1);
-    return 0x10000U + ((first & 0x3FFU) << 10U) + (second & 0x3FFU);
+    const CodePoint first = ReadUtf16(text).value_or(CodePoint{text.front(), 1});
+    text.remove_prefix(first.length);
+    return first.value;
 }
 
 } // namespace

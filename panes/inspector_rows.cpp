@@ -4,9 +4,8 @@
 #include "panes/character_display.h"
 #include "pattern/number_text.h"
 #include "pattern/value_format.h"
-#include "platform/text.h"
+#include "platform/code_point.h"
 
-#include <bit>
 #include <optional>
 #include <utility>
 
@@ -38,14 +37,15 @@ Value UnsignedValue(ByteView bytes, std::size_t size, ByteOrder order) {
     return text;
 }
 
-/// One character of UTF-8. How many bytes it has stands in the first; whether they are well formed
-/// says the strict conversion.
+std::optional<std::u16string> TextOf(const std::optional<CodePoint>& character) {
+    if (!character) return std::nullopt;
+    std::u16string text;
+    AppendUtf16(text, character->value);
+    return text;
+}
+
 Value Utf8Character(ByteView bytes) {
-    if (bytes.empty()) return std::nullopt;
-    const int leadingOnes = std::countl_one(bytes.front());
-    const std::size_t length = leadingOnes == 0 ? 1 : static_cast<std::size_t>(leadingOnes);
-    if (leadingOnes == 1 || length > 4 || length > bytes.size()) return std::nullopt;
-    return StrictUtf8ToUtf16({reinterpret_cast<const char*>(bytes.data()), length});
+    return bytes.empty() ? std::nullopt : TextOf(ReadUtf8(bytes));
 }
 
 std::optional<char16_t> Utf16Unit(ByteView bytes, std::size_t index, ByteOrder order) {
@@ -56,20 +56,12 @@ std::optional<char16_t> Utf16Unit(ByteView bytes, std::size_t index, ByteOrder o
                                                             : first << 8 | second);
 }
 
-bool IsHighSurrogate(char16_t unit) {
-    return unit >= 0xD800 && unit <= 0xDBFF;
-}
-bool IsLowSurrogate(char16_t unit) {
-    return unit >= 0xDC00 && unit <= 0xDFFF;
-}
-
 Value Utf16Character(ByteView bytes, ByteOrder order) {
-    const std::optional<char16_t> first = Utf16Unit(bytes, 0, order);
-    if (!first || IsLowSurrogate(*first)) return std::nullopt;
-    if (!IsHighSurrogate(*first)) return std::u16string{*first};
-    const std::optional<char16_t> second = Utf16Unit(bytes, 1, order);
-    if (!second || !IsLowSurrogate(*second)) return std::nullopt;
-    return std::u16string{*first, *second};
+    std::u16string units;
+    for (std::size_t index = 0; index < 2; ++index) {
+        if (const auto unit = Utf16Unit(bytes, index, order)) units += *unit;
+    }
+    return units.empty() ? std::nullopt : TextOf(ReadUtf16(units));
 }
 
 /// The code pages agree on ASCII controls, which their decoder leaves out as not printable.
