@@ -8,6 +8,7 @@
 #include "app/window_placement.h"
 #include "platform/system.h"
 #include "platform/win32/wide.h"
+#include "platform/win32/window_binding.h"
 #include "settings/settings_file.h"
 
 #include <algorithm>
@@ -196,17 +197,14 @@ void AppWindow::LoadPattern(const std::u16string& path) {
 
 LRESULT CALLBACK AppWindow::Procedure(HWND window, UINT message, WPARAM wParam,
                                       LPARAM lParam) noexcept {
-    if (message == WM_NCCREATE) {
-        const auto* const creation = reinterpret_cast<const CREATESTRUCTW*>(lParam);
-        auto* const created = static_cast<AppWindow*>(creation->lpCreateParams);
-        created->host_.SetMainWindow(window);
-        created->paneHost_.SetMainWindow(window);
-        ::SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(created));
-    }
-    auto* const self = reinterpret_cast<AppWindow*>(::GetWindowLongPtrW(window, GWLP_USERDATA));
+    auto* const self = BoundObject<AppWindow>(window, message, lParam);
     if (self == nullptr) return ::DefWindowProcW(window, message, wParam, lParam);
+    if (message == WM_NCCREATE) {
+        self->host_.SetMainWindow(window);
+        self->paneHost_.SetMainWindow(window);
+    }
     if (message == WM_NCDESTROY) {
-        ::SetWindowLongPtrW(window, GWLP_USERDATA, 0);
+        ReleaseBoundObject(window);
         self->host_.SetMainWindow(nullptr);
         self->paneHost_.SetMainWindow(nullptr);
         return ::DefWindowProcW(window, message, wParam, lParam);

@@ -2,6 +2,7 @@
 
 #include "platform/win32/gdi.h"
 #include "platform/win32/wide.h"
+#include "platform/win32/window_binding.h"
 
 #include <map>
 #include <utility>
@@ -234,17 +235,11 @@ HFONT ModalDialogWindow::Font() const {
 
 LRESULT CALLBACK ModalDialogWindow::Procedure(HWND window, UINT message, WPARAM wParam,
                                               LPARAM lParam) noexcept {
-    if (message == WM_NCCREATE) {
-        const auto* const creation = reinterpret_cast<const CREATESTRUCTW*>(lParam);
-        auto* const created = static_cast<ModalDialogWindow*>(creation->lpCreateParams);
-        created->window_ = window;
-        ::SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(created));
-    }
-    auto* const self =
-        reinterpret_cast<ModalDialogWindow*>(::GetWindowLongPtrW(window, GWLP_USERDATA));
+    auto* const self = BoundObject<ModalDialogWindow>(window, message, lParam);
     if (self == nullptr) return ::DefWindowProcW(window, message, wParam, lParam);
+    if (message == WM_NCCREATE) self->window_ = window;
     if (message == WM_NCDESTROY) {
-        ::SetWindowLongPtrW(window, GWLP_USERDATA, 0);
+        ReleaseBoundObject(window);
         self->window_ = nullptr;
         return ::DefWindowProcW(window, message, wParam, lParam);
     }

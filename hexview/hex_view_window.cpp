@@ -5,6 +5,7 @@
 #include "hexview/hex_view_renderer.h"
 #include "platform/win32/clipboard.h"
 #include "platform/win32/scoped.h"
+#include "platform/win32/window_binding.h"
 
 #include <algorithm>
 #include <optional>
@@ -136,17 +137,12 @@ bool HexViewWindow::Create(HINSTANCE instance, HWND parent, int controlId) {
 
 LRESULT CALLBACK HexViewWindow::Impl::Procedure(HWND window, UINT message, WPARAM wParam,
                                                 LPARAM lParam) noexcept {
-    if (message == WM_NCCREATE) {
-        const auto* const creation = reinterpret_cast<const CREATESTRUCTW*>(lParam);
-        auto* const created = static_cast<Impl*>(creation->lpCreateParams);
-        if (created == nullptr) return FALSE;
-        created->window_ = window;
-        ::SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(created));
-    }
-    auto* const self = reinterpret_cast<Impl*>(::GetWindowLongPtrW(window, GWLP_USERDATA));
+    auto* const self = BoundObject<Impl>(window, message, lParam);
+    if (self == nullptr && message == WM_NCCREATE) return FALSE;
     if (self == nullptr) return ::DefWindowProcW(window, message, wParam, lParam);
+    if (message == WM_NCCREATE) self->window_ = window;
     if (message == WM_NCDESTROY) {
-        ::SetWindowLongPtrW(window, GWLP_USERDATA, 0);
+        ReleaseBoundObject(window);
         self->renderer_.ReleaseDeviceResources();
         self->window_ = nullptr;
         return ::DefWindowProcW(window, message, wParam, lParam);

@@ -1,6 +1,7 @@
 #include "panes/pane_window.h"
 
 #include "platform/win32/wide.h"
+#include "platform/win32/window_binding.h"
 
 #include <algorithm>
 
@@ -67,16 +68,11 @@ void PaneWindow::Notify(PaneNotification notification, WPARAM wParam) const {
 
 LRESULT CALLBACK PaneWindow::Procedure(HWND window, UINT message, WPARAM wParam,
                                        LPARAM lParam) noexcept {
-    if (message == WM_NCCREATE) {
-        const auto* const creation = reinterpret_cast<const CREATESTRUCTW*>(lParam);
-        auto* const created = static_cast<PaneWindow*>(creation->lpCreateParams);
-        created->window_ = window;
-        ::SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(created));
-    }
-    auto* const self = reinterpret_cast<PaneWindow*>(::GetWindowLongPtrW(window, GWLP_USERDATA));
+    auto* const self = BoundObject<PaneWindow>(window, message, lParam);
     if (self == nullptr) return ::DefWindowProcW(window, message, wParam, lParam);
+    if (message == WM_NCCREATE) self->window_ = window;
     if (message == WM_NCDESTROY) {
-        ::SetWindowLongPtrW(window, GWLP_USERDATA, 0);
+        ReleaseBoundObject(window);
         self->list_.Detach();
         self->OnDestroyed();
         self->window_ = nullptr;
