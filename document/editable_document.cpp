@@ -53,7 +53,8 @@ bool EditableDocument::IsModified() const {
 }
 
 std::uint64_t EditableDocument::GetEditedSize() const {
-    return edits_.EditedSize(file_.GetSize());
+    // Without the file, which a failed save may not get back, the edits alone are no document.
+    return IsOpen() ? edits_.EditedSize(file_.GetSize()) : 0;
 }
 
 Bytes EditableDocument::ReadBytes(std::uint64_t offset, std::uint64_t count) const {

@@ -20,6 +20,12 @@ bool FileViewModel::Open(const std::u16string& path) {
     return true;
 }
 
+bool FileViewModel::Reopen(const std::u16string& path, std::uint64_t size) {
+    if (!Open(path)) return false;
+    size_ = size;
+    return true;
+}
+
 void FileViewModel::Close() {
     file_.reset();
     size_ = 0;

@@ -19,6 +19,10 @@ public:
     /// Closes what is open, then opens `path` for reading; false leaves the model closed.
     bool Open(const std::u16string& path);
 
+    /// The same for a file that is edited already: it keeps the size that the edits were made for,
+    /// as it does while it stays open.
+    bool Reopen(const std::u16string& path, std::uint64_t size);
+
     /// Back to the closed state: no file, size 0, empty path.
     void Close();
 

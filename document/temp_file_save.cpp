@@ -65,9 +65,10 @@ FileResult WriteDocument(const FileViewModel& file, const EditIndex& edits,
 // wrong, it is opened again, so that the document is shown with its edits still pending.
 FileResult Replace(FileViewModel& file, TempFile& temp) {
     const std::u16string path = file.GetPath();
+    const std::uint64_t size = file.GetSize();
     const auto undo = [&] {
         temp.Delete();
-        file.Open(path);
+        file.Reopen(path, size);
     };
     file.Close();
     FileResult moved;

@@ -213,8 +213,25 @@ TEST(Saving, AFailedMoveIsToldEvenWhenWhatFollowsFailsToo) {
         EXPECT_EQ(file.Disk(), file.onDisk);
         EXPECT_TRUE(file.document.IsModified());
         EXPECT_EQ(file.document.IsOpen(), second == Call::Delete);
+        EXPECT_EQ(file.document.GetSize(), second == Call::Delete ? file.expected.size() : 0);
         EXPECT_EQ(file.IsAlone(), second != Call::Delete);
     }
+}
+
+TEST(Saving, AFailedMoveOverASmallerFileOfAnotherProgramKeepsTheEditsInTheirPlaces) {
+    EditedFile file("0123456789");
+    file.Delete(2, 5);
+    std::filesystem::rename(file.folder.Path(EditedFile::kName), file.folder.Path(u"backup"));
+    file.folder.Write(EditedFile::kName, "abc");
+    file.files.Arm({.call = Call::Move, .code = 5});
+    EXPECT_FALSE(file.document.Save());
+    EXPECT_EQ(file.document.GetSize(), file.expected.size());
+    EXPECT_EQ(file.Shown(), "ab");
+    EXPECT_FALSE(file.document.Save()) << "half of the document is missing";
+    EXPECT_EQ(file.Disk(), "abc");
+    file.folder.Write(EditedFile::kName, file.onDisk);
+    EXPECT_TRUE(file.document.Save());
+    EXPECT_EQ(file.Disk(), file.expected);
 }
 
 TEST(Saving, WithNoFileOpenFailsWithAText) {
