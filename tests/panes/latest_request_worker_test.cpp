@@ -13,34 +13,23 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Tells that it lives, so that one that nobody frees or two free is seen.
-struct Answer {
-    explicit Answer(int toRequest) : request(toRequest) { ++living; }
-    Answer(Answer&& other) noexcept : request(other.request) { ++living; }
-    Answer(const Answer&) = delete;
-    ~Answer() { --living; }
-
-    int request;
-    static inline std::atomic<int> living = 0;
-};
-
+/// A number that is shared, so that a test sees when the worker has freed its request.
 struct Request {
-    Request(int theNumber, std::shared_ptr<int> itsLife = nullptr)
-        : number(theNumber), life(std::move(itsLife)) {}
+    Request(int value) : number(std::make_shared<int>(value)) {}
 
-    int number;
-    std::shared_ptr<int> life; ///< tells whoever watches it that the request is freed
+    bool IsFreed() const { return number.use_count() == 1; }
+
+    std::shared_ptr<int> number;
 };
 
-using Worker = LatestRequestWorker<Request, Answer>;
+using Worker = LatestRequestWorker<Request, int>;
 
 /// The thread that asks: a worker whose computations wait at a gate, and the queue it posts to.
 class Desk {
 public:
-    Worker worker{[this](const Request& request) { return Computed(request.number); },
+    Worker worker{[this](const Request& request) { return Computed(*request.number); },
                   [this](std::unique_ptr<Worker::Posted>&& posted) { return Take(posted); }};
-    std::function<void(int request)> whilePosting; ///< on the worker
-    bool takes = true;
+    std::function<void()> whilePosting; ///< on the worker
 
     void SetGate(bool open) {
         const std::lock_guard lock(mutex_);
@@ -61,25 +50,22 @@ public:
         return std::exchange(answers_, {});
     }
 
-    std::vector<int> Answers() { return AnswersUpTo(0); }
-
 private:
-    Answer Computed(int request) {
+    int Computed(int request) {
         if (request < 0) throw std::length_error("too long");
         std::unique_lock lock(mutex_);
         ++begun_;
         changed_.notify_all();
         changed_.wait(lock, [this] { return open_; });
-        return Answer(request);
+        return request;
     }
 
     bool Take(std::unique_ptr<Worker::Posted>& posted) {
-        if (whilePosting) whilePosting(posted->result.request);
+        if (whilePosting) whilePosting();
         const std::lock_guard lock(mutex_);
-        if (!takes) return false;
         EXPECT_GT(posted->serial, lastSerial_);
         lastSerial_ = posted->serial;
-        answers_.push_back(posted->result.request);
+        answers_.push_back(posted->result);
         posted.reset();
         changed_.notify_all();
         return true;
@@ -106,75 +92,41 @@ TEST(LatestRequestWorker, AnswersOnlyTheFirstAndTheLastOfABurst) {
     EXPECT_EQ(desk.AnswersUpTo(serial), (std::vector<int>{0, 1000}));
     EXPECT_TRUE(desk.worker.IsLatest(serial));
     EXPECT_FALSE(desk.worker.IsLatest(serial - 1));
-    desk.worker.Stop();
-    EXPECT_EQ(Answer::living, 0);
 }
 
-TEST(LatestRequestWorker, StopsBehindTheComputationThatRunsAndDropsWhatWaits) {
-    Desk desk;
-    desk.SetGate(false);
-    desk.worker.Start();
-    desk.worker.Submit(1);
-    desk.WaitForBegun(1);
-    auto life = std::make_shared<int>();
-    const std::weak_ptr<int> waiting = life;
-    desk.worker.Submit({2, std::move(life)});
-    std::atomic<bool> stopped = false;
-    std::thread other([&] {
-        desk.worker.Stop();
-        stopped = true;
-    });
-    const auto patience = std::chrono::steady_clock::now() + 10s;
-    while (!waiting.expired() && std::chrono::steady_clock::now() < patience)
-        std::this_thread::sleep_for(1ms);
-    EXPECT_TRUE(waiting.expired());
-    EXPECT_FALSE(stopped);
-    desk.SetGate(true);
-    desk.worker.Stop();
-    other.join();
-    EXPECT_EQ(desk.Answers(), (std::vector<int>{1}));
-
-    desk.worker.Submit(3); // to nobody
-    desk.worker.Start();
-    EXPECT_EQ(desk.AnswersUpTo(desk.worker.Submit(4)), (std::vector<int>{4}));
-}
-
-TEST(LatestRequestWorker, FreesTheResultsThatCannotBePosted) {
-    Desk desk;
-    desk.takes = false;
-    desk.worker.Start();
-    desk.worker.Submit(1);
-    desk.WaitForBegun(1);
-    desk.worker.Stop();
-    EXPECT_EQ(desk.Answers(), std::vector<int>());
-    EXPECT_EQ(Answer::living, 0);
-}
-
-TEST(LatestRequestWorker, OutdatesTheResultOnItsWayWhenNothingIsWantedAnyMore) {
+TEST(LatestRequestWorker, FreesWhatWaitsAndOutdatesWhatIsOnItsWayWhenNothingIsWantedAnyMore) {
     Desk desk;
     desk.SetGate(false);
     desk.worker.Start();
     const std::uint64_t serial = desk.worker.Submit(1);
     desk.WaitForBegun(1);
-    desk.worker.Submit(2);
+    const Request waiting = 2;
+    desk.worker.Submit(waiting);
     desk.worker.DropPending();
-    desk.SetGate(true);
-    desk.AnswersUpTo(serial);
-    desk.worker.Stop();
-    EXPECT_EQ(desk.Answers(), std::vector<int>());
+    EXPECT_TRUE(waiting.IsFreed());
     EXPECT_FALSE(desk.worker.IsLatest(serial));
     EXPECT_FALSE(desk.worker.IsLatest(serial + 1));
+    desk.SetGate(true);
+    EXPECT_EQ(desk.AnswersUpTo(serial), (std::vector<int>{1}));
 }
 
-TEST(LatestRequestWorker, CanBeStoppedByItselfAndStartedAgain) {
+TEST(LatestRequestWorker, TakesNothingOnceItHasStoppedItselfUntilItIsStartedAgain) {
     Desk desk;
-    desk.whilePosting = [&](int request) {
-        if (request == 1) desk.worker.Stop();
-    };
+    desk.whilePosting = [&] { desk.worker.Stop(); };
+    desk.SetGate(false);
     desk.worker.Start();
-    desk.AnswersUpTo(desk.worker.Submit(1));
+    const std::uint64_t serial = desk.worker.Submit(1);
+    desk.WaitForBegun(1);
+    const Request waiting = 2;
+    desk.worker.Submit(waiting);
+    desk.SetGate(true);
+    EXPECT_EQ(desk.AnswersUpTo(serial), (std::vector<int>{1}));
+    EXPECT_TRUE(waiting.IsFreed());
+    const Request late = 3;
+    desk.worker.Submit(late);
+    EXPECT_TRUE(late.IsFreed());
     desk.worker.Start();
-    EXPECT_EQ(desk.AnswersUpTo(desk.worker.Submit(2)), (std::vector<int>{2}));
+    EXPECT_EQ(desk.AnswersUpTo(desk.worker.Submit(4)), (std::vector<int>{4}));
 }
 
 TEST(LatestRequestWorker, GoesOnAfterAComputationThatFails) {
@@ -207,8 +159,6 @@ TEST(LatestRequestWorker, KeepsItsPromisesWhateverTheOrderOfCalls) {
     other.join();
     desk.worker.Start();
     EXPECT_EQ(desk.AnswersUpTo(desk.worker.Submit(3000)).back(), 3000);
-    desk.worker.Stop();
-    EXPECT_EQ(Answer::living, 0);
 }
 
 } // namespace
