@@ -2,6 +2,7 @@
 
 #include "encoding/text_encoder.h"
 #include "platform/characters.h"
+#include "platform/number_text.h"
 
 #include <algorithm>
 
@@ -18,21 +19,14 @@ bool IsDoubleByte(TextEncoding encoding) {
     return encoding >= TextEncoding::Utf16Le && encoding <= TextEncoding::Gbk;
 }
 
-std::optional<std::uint32_t> HexDigit(char16_t unit) {
-    if (unit >= u'0' && unit <= u'9') return unit - u'0';
-    const int lower = unit | 0x20;
-    if (lower >= u'a' && lower <= u'f') return static_cast<std::uint32_t>(lower - u'a' + 10);
-    return std::nullopt;
-}
-
 // Two characters as an unsigned number: a sign and one digit are a number too, and a negative one
 // wraps around.
 std::optional<std::uint8_t> HexByte(char16_t first, char16_t second) {
-    const auto low = HexDigit(second);
+    const auto low = HexDigitValue(second);
     if (!low) return std::nullopt;
-    if (first == u'+') return static_cast<std::uint8_t>(*low);
+    if (first == u'+') return low;
     if (first == u'-') return static_cast<std::uint8_t>(0 - *low);
-    const auto high = HexDigit(first);
+    const auto high = HexDigitValue(first);
     if (!high) return std::nullopt;
     return static_cast<std::uint8_t>(*high << 4 | *low);
 }

@@ -1,7 +1,7 @@
 #include "panes/character_display.h"
 
-#include "pattern/number_text.h"
 #include "platform/code_point.h"
+#include "platform/number_text.h"
 
 #include <algorithm>
 #include <array>

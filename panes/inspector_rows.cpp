@@ -2,9 +2,9 @@
 
 #include "encoding/character_decoder.h"
 #include "panes/character_display.h"
-#include "pattern/number_text.h"
 #include "pattern/value_format.h"
 #include "platform/code_point.h"
+#include "platform/number_text.h"
 
 #include <optional>
 #include <utility>

@@ -1,6 +1,6 @@
 #include "pattern/evaluation.h"
 
-#include "pattern/number_text.h"
+#include "platform/number_text.h"
 
 #include <algorithm>
 #include <array>

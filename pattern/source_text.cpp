@@ -1,6 +1,6 @@
 #include "pattern/source_text.h"
 
-#include "pattern/number_text.h"
+#include "platform/number_text.h"
 #include "platform/text.h"
 
 namespace kvx {

@@ -1,7 +1,7 @@
 #include "pattern/summary.h"
 
 #include "pattern/directives.h"
-#include "pattern/number_text.h"
+#include "platform/number_text.h"
 
 namespace kvx {
 

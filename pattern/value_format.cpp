@@ -1,6 +1,6 @@
 #include "pattern/value_format.h"
 
-#include "pattern/number_text.h"
+#include "platform/number_text.h"
 
 #include <algorithm>
 #include <array>
@@ -47,11 +47,9 @@ void AppendFloat(std::u16string& out, ByteView bytes) {
 } // namespace
 
 void FormatHexBytes(std::u16string& out, ByteView bytes) {
-    constexpr std::u16string_view kDigits = u"0123456789ABCDEF";
     for (std::size_t i = 0; i < bytes.size(); ++i) {
         if (i > 0) out += u' ';
-        out += kDigits[bytes[i] >> 4];
-        out += kDigits[bytes[i] & 0xF];
+        out.append(HexPair(bytes[i]).data(), 2);
     }
 }
 

@@ -1,5 +1,6 @@
 #include "platform/temp_file.h"
 
+#include "platform/number_text.h"
 #include "platform/system.h"
 
 namespace kvx {
@@ -8,10 +9,8 @@ namespace {
 constexpr ErrorCode kFileExists = 80;
 
 std::u16string TempFileName(std::u16string_view prefix, unsigned number) {
-    constexpr std::u16string_view kDigits = u"0123456789ABCDEF";
     std::u16string name(prefix);
-    for (int shift = 12; shift >= 0; shift -= 4)
-        name.push_back(kDigits[number >> shift & 0xF]);
+    AppendHex(name, number, 4);
     return name + u".tmp";
 }
 

@@ -1,4 +1,5 @@
 // The settings file is a fixed template, printed line by line.
+#include "platform/number_text.h"
 #include "platform/text.h"
 #include "settings/settings_file.h"
 #include "settings/stored_names.h"
@@ -32,7 +33,6 @@ char EscapeLetter(char c) {
 }
 
 std::string Quoted(std::u16string_view text) {
-    static constexpr std::string_view kHexDigits = "0123456789ABCDEF";
     std::string quoted = "\"";
     for (const char c : Utf16ToUtf8(text)) {
         const auto byte = static_cast<unsigned char>(c);
@@ -40,7 +40,8 @@ std::string Quoted(std::u16string_view text) {
             quoted += {'\\', letter};
         } else if (byte < 0x20) {
             quoted += "\\u00";
-            quoted += {kHexDigits[byte >> 4U], kHexDigits[byte & 0xFU]};
+            for (const char16_t digit : HexPair(byte))
+                quoted += static_cast<char>(digit);
         } else {
             quoted += c;
         }

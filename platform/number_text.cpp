@@ -1,13 +1,10 @@
-#include "pattern/number_text.h"
+#include "platform/number_text.h"
 
 #include <algorithm>
 #include <bit>
-#include <string_view>
 
 namespace kvx {
 namespace {
-
-constexpr std::u16string_view kDigits = u"0123456789ABCDEF";
 
 /// Makes room for `digits` more characters and writes the lowest digits of `value` there.
 template <std::uint64_t Base>
@@ -15,7 +12,7 @@ void AppendDigits(std::u16string& text, std::uint64_t value, std::size_t digits)
     text.resize(text.size() + digits);
     char16_t* place = text.data() + text.size();
     for (; digits > 0; --digits, value /= Base)
-        *--place = kDigits[value % Base];
+        *--place = kHexDigits[value % Base];
 }
 
 } // namespace
