@@ -82,6 +82,11 @@ void StringTable::SetBaseFolder(std::u16string folder) {
     baseFolder_ = std::move(folder);
 }
 
+void StringTable::SetLanguage(UiLanguage language) {
+    language_ = language;
+    locale_.clear();
+}
+
 std::u16string StringTable::Get(std::string_view key) const {
     const StringMap& table = CurrentTable();
     const auto found = table.find(key);
@@ -89,11 +94,11 @@ std::u16string StringTable::Get(std::string_view key) const {
 }
 
 const StringMap& StringTable::CurrentTable() const {
-    const std::u16string locale = ResolveLocaleName(language_, userLocale_);
-    const auto cached = tables_.find(locale);
+    if (locale_.empty()) locale_ = ResolveLocaleName(language_, userLocale_);
+    const auto cached = tables_.find(locale_);
     if (cached != tables_.end()) return cached->second;
     const std::u16string folder = JoinPath(JoinPath(baseFolder_, u"resources"), u"strings");
-    return tables_.emplace(locale, LoadStringFile(JoinPath(folder, locale + u".txt")))
+    return tables_.emplace(locale_, LoadStringFile(JoinPath(folder, locale_ + u".txt")))
         .first->second;
 }
 

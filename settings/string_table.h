@@ -46,7 +46,8 @@ public:
     /// Folder that holds resources/strings/; normally the program's own.
     void SetBaseFolder(std::u16string folder);
 
-    void SetLanguage(UiLanguage language) { language_ = language; }
+    /// For the next texts. The user's locale is asked once for each choice of System.
+    void SetLanguage(UiLanguage language);
     UiLanguage Language() const { return language_; }
 
     /// The text for `key` in the current language, or the key itself when there is none.
@@ -58,6 +59,7 @@ private:
     LocaleQuery userLocale_;
     std::u16string baseFolder_;
     UiLanguage language_ = UiLanguage::System;
+    mutable std::u16string locale_; ///< of the texts; empty until the first one is needed
     /// Each locale is loaded once, at first need, and kept even when its file was missing.
     mutable std::unordered_map<std::u16string, StringMap> tables_;
 };

@@ -58,9 +58,12 @@ TEST(StringTableTest, ReadsTheFileOfTheLanguageOnceAndShowsTheKeyOfAMissingText)
     const auto english = folder.Root() / "resources" / "strings" / "en-US.txt";
     std::filesystem::create_directories(english.parent_path());
     folder.Write(u"resources/strings/ja-JP.txt", "a=ファイル(&F)\n");
-    StringTable table(UserLocale(u"ja-JP"));
+    std::u16string userLocale = u"ja-JP";
+    StringTable table([&] { return userLocale; });
     table.SetBaseFolder(folder.Root().u16string());
     EXPECT_EQ(table.Get("a"), u"ファイル(&F)");
+    userLocale = u"en-US";
+    EXPECT_EQ(table.Get("a"), u"ファイル(&F)"); // until a language is chosen
     table.SetLanguage(UiLanguage::English);
     EXPECT_EQ(table.Get("a"), u"a"); // never another language's
     EXPECT_EQ(table.Get("\xE9"), u"\u00E9");
