@@ -26,7 +26,8 @@ std::uint64_t TickCount();
 /// Family name of the application package that the process runs in; empty when it runs unpackaged.
 std::optional<std::u16string> PackageFamilyName();
 
-/// The user's local application data folder; empty when the system does not tell.
+/// The user's local application data folder, which holds those of packages; empty when the system
+/// does not tell and on POSIX.
 std::optional<std::u16string> LocalAppDataFolder();
 
 /// Joins a folder and a name with the system's separator (none when the folder is empty or ends in

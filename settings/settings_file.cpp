@@ -60,22 +60,21 @@ SettingsSaveResult WriteFile(const std::u16string& path, const AppSettings& sett
 
 std::u16string ResolveSettingsPath(std::u16string& error) {
     error.clear();
-    std::u16string folder = ProgramFolder();
-    if (const std::optional<std::u16string> family = PackageFamilyName()) {
-        if (const std::optional<std::u16string> localAppData = LocalAppDataFolder()) {
-            folder = MakePackagedSettingsFolder(*localAppData, *family, error);
-        } else {
-            error = std::u16string(kFolderFailed) + u"no local application data folder";
-        }
-    }
+    const std::optional<std::u16string> family = PackageFamilyName();
+    const std::u16string folder =
+        family ? MakePackagedSettingsFolder(LocalAppDataFolder(), *family, error) : ProgramFolder();
     return JoinPath(folder, u"kivra.settings.json");
 }
 
-std::u16string MakePackagedSettingsFolder(const std::u16string& localAppData,
+std::u16string MakePackagedSettingsFolder(const std::optional<std::u16string>& localAppData,
                                           const std::u16string& packageFamily,
                                           std::u16string& error) {
     error.clear();
-    const std::u16string packages = JoinPath(localAppData, u"Packages");
+    if (!localAppData) {
+        error = std::u16string(kFolderFailed) + u"no local application data folder";
+        return ProgramFolder();
+    }
+    const std::u16string packages = JoinPath(*localAppData, u"Packages");
     std::u16string folder = JoinPath(JoinPath(packages, packageFamily), u"LocalState");
     std::error_code failure;
     std::filesystem::create_directories(std::filesystem::path(folder), failure);

@@ -5,6 +5,7 @@
 #include "platform/file_layer.h"
 #include "settings/app_settings.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -22,9 +23,9 @@ struct SettingsSaveResult {
 std::u16string ResolveSettingsPath(std::u16string& error);
 
 /// Folder of a packaged program's settings under the user's local application data, created with
-/// the folders above it if missing. `error` as above; the folder is named even when it cannot be
-/// made.
-std::u16string MakePackagedSettingsFolder(const std::u16string& localAppData,
+/// the folders above it if missing; the program's own without such data. `error` as above; the
+/// folder is named even when it cannot be made.
+std::u16string MakePackagedSettingsFolder(const std::optional<std::u16string>& localAppData,
                                           const std::u16string& packageFamily,
                                           std::u16string& error);
 

@@ -55,11 +55,7 @@ std::optional<std::u16string> PackageFamilyName() {
 }
 
 std::optional<std::u16string> LocalAppDataFolder() {
-    const std::string data = FirstOf({"XDG_DATA_HOME"});
-    if (!data.empty()) return Utf8ToUtf16(data);
-    const std::string home = FirstOf({"HOME"});
-    if (home.empty()) return std::nullopt;
-    return Utf8ToUtf16(home + "/.local/share");
+    return std::nullopt; // it holds the folders of packages, which there are none of
 }
 
 bool RunsUnderWine() {

@@ -152,6 +152,9 @@ TEST(SettingsPath, OfAPackageIsCreatedOrItsFailureTold) {
     const std::u16string_view beginning = u"Failed to create packaged settings directory: ";
     EXPECT_TRUE(error.starts_with(beginning));
     EXPECT_GT(error.size(), beginning.size());
+
+    EXPECT_EQ(MakePackagedSettingsFolder(std::nullopt, u"Kivra_1", error), ProgramFolder());
+    EXPECT_EQ(error, std::u16string(beginning) + u"no local application data folder");
 }
 
 } // namespace
