@@ -30,11 +30,8 @@ std::u16string WithWholeParagraphs(std::string_view text) {
 }
 
 std::string_view CopyrightLine(std::string_view text) {
-    while (!text.empty()) {
-        const std::string_view line = TakeLine(text);
-        if (line.starts_with("Copyright")) return line;
-    }
-    return {};
+    text.remove_prefix(std::min(text.find("Copyright"), text.size()));
+    return TakeLine(text);
 }
 
 void ShowAbout(Shell& shell) {

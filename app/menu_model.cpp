@@ -130,7 +130,7 @@ void AppendFavorites(const MenuState& state, const TextLookup&, std::vector<Menu
 constexpr MenuRow kSeparator{};
 
 template <TextEncoding encoding>
-constexpr MenuRow EncodingRow(const char* key) {
+consteval MenuRow EncodingRow(const char* key) {
     return {.command = Command::EncodingFirst + static_cast<std::uint32_t>(encoding),
             .key = key,
             .greyed = WhenBusy,

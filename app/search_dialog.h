@@ -30,7 +30,7 @@ private:
     void ShowInformation(const std::u16string& text, const std::u16string& caption) override;
     void ShowHistory(const std::vector<SearchHistoryEntry>& history) override;
     bool IsEscapeDown() const override;
-    void RequestCancel() override { state_.RequestCancel(); }
+    void RequestCancel() override { state_.RequestClose(); }
     bool IsCancelRequested() const override;
 
     void Request(SearchDirection direction);

@@ -17,7 +17,6 @@ public:
 
     /// Close, Esc or the window's close button: cancels a running search, else closes the dialog.
     void RequestClose() { (searching_ ? cancelRequested_ : closed_) = true; }
-    void RequestCancel() { cancelRequested_ = true; }
 
     /// What was asked for since the last call.
     SearchDirection TakeRequest() { return std::exchange(requested_, SearchDirection::None); }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <limits>
 #include <new>
 #include <stdexcept>
 
@@ -61,7 +60,6 @@ auto WithinMemory(Read&& read) {
 
 Bytes ReadEdited(const FileViewModel& file, const EditIndex& edits, std::uint64_t offset,
                  std::uint64_t count) {
-    if (count > std::numeric_limits<std::size_t>::max() / 2) return {};
     return WithinMemory([&] {
         const auto size = static_cast<std::size_t>(count);
         Bytes block(size + SlackNeeded(edits, size));

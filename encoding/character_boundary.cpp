@@ -20,15 +20,15 @@ std::size_t RunStart(const DoubleByteTable& table, ByteView bytes) {
 /// runs are short, so the last bytes are tried first. nullopt when they cannot be read.
 std::optional<std::uint64_t> FindRunStart(DocumentWindow& window, const DoubleByteTable& table,
                                           std::uint64_t from, std::uint64_t rowStart) {
-    const std::uint64_t usual =
+    std::uint64_t start =
         std::max(from, rowStart - std::min(rowStart, CharacterBoundary::kUsualReach));
-    for (const std::uint64_t start : {usual, from}) {
+    while (true) {
         const ByteView bytes = window.View(start, rowStart + 1);
         if (bytes.size() != rowStart + 1 - start) return std::nullopt;
         const std::size_t at = RunStart(table, bytes);
         if (at > 0 || start == from) return start + at;
+        start = from;
     }
-    return from;
 }
 
 } // namespace

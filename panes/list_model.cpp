@@ -119,9 +119,9 @@ ListEffect ListModel::OnScroll(ListAxis axis, ListScroll step) {
     case ListScroll::ToStart:
         return OnScrollTo(axis, 0);
     case ListScroll::ToEnd:
-        return OnScrollTo(axis, range.contentPx);
+        break;
     }
-    return ListEffect::None;
+    return OnScrollTo(axis, range.contentPx);
 }
 
 ListEffect ListModel::OnScrollTo(ListAxis axis, int positionPx) {

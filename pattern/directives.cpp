@@ -7,7 +7,7 @@
 namespace kvx {
 namespace {
 
-constexpr std::uint32_t Values(std::initializer_list<unsigned> values) {
+consteval std::uint32_t Values(std::initializer_list<unsigned> values) {
     std::uint32_t bits = 0;
     for (const unsigned value : values)
         bits |= 1U << value;

@@ -101,9 +101,9 @@ private:
             Fail(state_, u"Direct recursive struct embedding is not allowed.");
             return std::nullopt;
         case Progress::NotVisited:
-            neededStruct_ = index;
-            return std::nullopt;
+            break;
         }
+        neededStruct_ = index;
         return std::nullopt;
     }
 

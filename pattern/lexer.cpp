@@ -16,19 +16,21 @@ constexpr unsigned kStart = 4; ///< begins an identifier
 constexpr unsigned kWord = 8;  ///< continues an identifier
 constexpr unsigned kSymbol = 16;
 
-constexpr unsigned ClassifyAscii(char16_t unit) {
+consteval unsigned ClassifyAscii(char16_t unit) {
     if (IsSpace(unit)) return kBlank;
     if (IsLetter(unit) || unit == u'_') return kStart | kWord;
     if (IsLetterOrDigit(unit)) return kDigit | kWord;
     return std::u16string_view(u"@{}[];,*").find(unit) != std::u16string_view::npos ? kSymbol : 0;
 }
 
-constexpr std::array<std::uint8_t, 128> kAsciiClasses = [] {
+consteval std::array<std::uint8_t, 128> ClassifyAscii() {
     std::array<std::uint8_t, 128> classes{};
     for (char16_t unit = 0; unit < classes.size(); ++unit)
         classes[unit] = static_cast<std::uint8_t>(ClassifyAscii(unit));
     return classes;
-}();
+}
+
+constexpr std::array kAsciiClasses = ClassifyAscii();
 
 unsigned ClassOf(char16_t unit) {
     if (unit < kAsciiClasses.size()) return kAsciiClasses[unit];
