@@ -119,6 +119,13 @@ TEST_F(PaneCommands, PanesComeAndGoWithMenuAndCloseButtonAndAreRemembered) {
     EXPECT_FALSE(Stored().dataInspectorVisible);
 }
 
+TEST_F(PaneCommands, PanesThatEndWithTheProgramComeAgainAtItsNextStart) {
+    rig.shell.SaveSettings();
+    StopPanes(rig.shell);
+    EXPECT_FALSE(host.hasStructView || host.hasInspector);
+    EXPECT_TRUE(Stored().structViewVisible && Stored().dataInspectorVisible);
+}
+
 TEST_F(PaneCommands, ThemeAndLanguageReachThePanes) {
     Run(Command::ThemeBlack);
     EXPECT_EQ(host.theme, Theme::Black);

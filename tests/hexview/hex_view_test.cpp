@@ -198,6 +198,14 @@ TEST(HexViewKeys, AreTheSystemsWithoutADocumentAndForAnyOtherKey) {
     EXPECT_EQ(stage.host.invalidations, 0);
 }
 
+TEST(HexViewKeys, CopyTheSelectionIfThereIsOne) {
+    ViewStage stage(CountingBytes(20));
+    EXPECT_EQ(stage.view.OnKeyDown(Key::C, true), Handled::Yes);
+    stage.view.SetSelection(17, 18);
+    EXPECT_EQ(stage.view.OnKeyDown(Key::C, true), Handled::Yes);
+    EXPECT_EQ(stage.host.copied, std::vector<std::u16string>{u"11 12"});
+}
+
 TEST(HexViewMouse, ADragEndsWithItsSelectionByEscapeAndWithoutItWhenTheCaptureIsLost) {
     ViewStage stage(CountingBytes(64));
     for (const bool escape : {true, false}) {

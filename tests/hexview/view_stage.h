@@ -38,6 +38,7 @@ public:
     int focusRequests = 0;
     bool blinking = false;
     int resourceReleases = 0;
+    std::vector<std::u16string> copied;
     std::uint32_t dpi = 96;
 
     void Invalidate() override { ++invalidations; }
@@ -49,7 +50,7 @@ public:
         horizontal = newHorizontal;
         if (onSetScrollBars) onSetScrollBars();
     }
-    void CopyToClipboard(const std::u16string&) override {}
+    void CopyToClipboard(const std::u16string& text) override { copied.push_back(text); }
     void CaptureMouse() override { captured = true; }
     void ReleaseMouse() override { captured = false; }
     void TakeFocus() override { ++focusRequests; }
