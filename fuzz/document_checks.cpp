@@ -14,6 +14,28 @@ Bytes FileOf(std::size_t size) {
     return bytes;
 }
 
+/// The pieces of the edited file as single edits; nothing when they have gaps, overlap or could be
+/// longer.
+std::optional<std::vector<PlainDocument::Record>> RecordsOf(const EditIndex& edits,
+                                                            std::uint64_t onDiskSize) {
+    std::vector<PlainDocument::Record> records;
+    PieceWalk walk(edits, onDiskSize);
+    std::uint64_t position = 0;
+    std::optional<PieceKind> last;
+    while (const std::optional<Piece> piece = walk.Next()) {
+        const auto& [kind, start, count, bytes] = *piece;
+        const bool inserted = kind == PieceKind::Inserted;
+        const bool isNew = inserted || kind == PieceKind::Overwritten;
+        if (start != position || kind == last || bytes.size() != (isNew ? count : 0)) return {};
+        for (std::uint64_t i = 0; i < count && kind != PieceKind::Unchanged; ++i)
+            records.emplace_back(kind, start + (inserted ? 0 : i), isNew ? bytes[i] : 0);
+        if (!inserted) position += count;
+        last = kind;
+    }
+    if (position != onDiskSize) return {};
+    return records;
+}
+
 /// What a step does; most go on from byte to byte.
 enum class Deed { Overwrite, Restore, InsertOn, InsertHere, DeleteOn, DeleteBack, Read, Save };
 
@@ -47,6 +69,7 @@ public:
         const bool inPlace =
             document_.Edits().InsertsOnlyAtEnd(size) && document_.Edits().DeletesOnlyTail(size);
         if (inPlace != plain_.IsSavedInPlace()) return "saved the other way";
+        if (RecordsOf(document_.Edits(), size) != plain_.Records()) return "other edits";
         return document_.ReadBytes(0, ~std::uint64_t{0}) == plain_.Content() ? "" : "other bytes";
     }
 
