@@ -1,7 +1,6 @@
 #include "app/command_dispatch.h"
 
 #include "app/commands.h"
-#include "app/file_commands.h"
 #include "tests/app/shell_fakes.h"
 
 #include <gtest/gtest.h>
@@ -9,17 +8,14 @@
 namespace kvx {
 namespace {
 
-class CommandDispatch : public testing::Test {
-protected:
-    CommandDispatch() { OpenFile(rig.shell, rig.folder.Write(u"data.bin", "content")); }
-
-    bool Run(Command command) { return DispatchCommand(rig.shell, CommandId(command)); }
-
+TEST(CommandDispatch, ShowsTheDialogOfACommandAndKeepsOthersOut) {
     ShellRig rig;
-};
-
-TEST_F(CommandDispatch, ShowsTheDialogOfACommand) {
+    rig.Open("content");
     rig.host.installedFonts = {{.family = u"Mono", .fixedPitch = true}};
+    rig.host.duringModal = [&rig] {
+        rig.Run(Command::Close);
+        Exit(rig.shell); // the window's close button
+    };
     const std::pair<Command, std::u16string> rows[] = {
         {Command::Open, u"dialog.open.title"},
         {Command::Find, u"search dialog"},
@@ -28,31 +24,34 @@ TEST_F(CommandDispatch, ShowsTheDialogOfACommand) {
         {Command::About, u"about box"}};
     for (const auto& [command, box] : rows) {
         rig.host.boxes.clear();
-        EXPECT_TRUE(Run(command));
+        rig.Run(command);
         ASSERT_EQ(rig.host.boxes.size(), 1U) << CommandId(command);
         EXPECT_TRUE(rig.host.boxes[0].starts_with(box)) << CommandId(command);
+        EXPECT_TRUE(rig.shell.AcceptsCommands());
     }
+    EXPECT_TRUE(rig.shell.Document().IsOpen());
+    EXPECT_FALSE(rig.host.destroyed);
 }
 
-TEST_F(CommandDispatch, EditsSavesAndClosesTheFileAndEndsTheProgram) {
-    EXPECT_TRUE(Run(Command::ToggleReadOnly));
+TEST(CommandDispatch, EditsSavesAndClosesTheFileAndEndsTheProgram) {
+    ShellRig rig;
+    rig.Open("content");
+    rig.Run(Command::ToggleReadOnly);
     EXPECT_TRUE(rig.stage.State().editable);
     EXPECT_TRUE(rig.shell.Document().OverwriteByte(0, 'C'));
-    EXPECT_TRUE(Run(Command::Save));
+    rig.Run(Command::Save);
     EXPECT_EQ(rig.folder.Read(u"data.bin"), "Content");
-    EXPECT_TRUE(Run(Command::Close));
+    rig.Run(Command::Close);
     EXPECT_FALSE(rig.shell.Document().IsOpen());
-    EXPECT_TRUE(Run(Command::Exit));
+    rig.Run(Command::Exit);
     EXPECT_TRUE(rig.host.destroyed);
-    EXPECT_FALSE(DispatchCommand(rig.shell, 1));
 }
 
-TEST_F(CommandDispatch, ARefusedEditShowsAWarningForAWhile) {
-    const std::u16string before = rig.host.status;
-    rig.shell.OnEditRefused();
-    EXPECT_EQ(rig.host.status, u"status.readonly_blocked");
-    rig.shell.OnFlashTimer();
-    EXPECT_EQ(rig.host.status, before);
+TEST(CommandDispatch, LeavesNumbersWithoutACommandToTheSystem) {
+    ShellRig rig;
+    for (const std::uint32_t id : {0U, 1U, 1000U, 1036U, 1199U, 1203U, 3999U})
+        EXPECT_FALSE(DispatchCommand(rig.shell, id)) << id;
+    EXPECT_TRUE(DispatchCommand(rig.shell, 65'535)) << "a recent file, though none is there";
 }
 
 } // namespace

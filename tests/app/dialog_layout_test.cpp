@@ -10,14 +10,11 @@ namespace {
 constexpr const DialogLayout* kLayouts[] = {&kPromptLayout, &kSearchLayout, &kAboutLayout,
                                             &kFontLayout};
 
-bool IsList(const ControlLayout& control) {
-    return control.kind == ControlKind::DropDownList || control.kind == ControlKind::EditableList;
-}
-
 // A list that drops down may leave its dialog; closed, it is about as high as a line of text.
 RectPx ShownPlace(const ControlLayout& control, const DialogLayout& layout, std::uint32_t dpi) {
     ControlLayout shown = control;
-    if (IsList(control)) shown.place.height = 24;
+    if (control.kind == ControlKind::DropDownList || control.kind == ControlKind::EditableList)
+        shown.place.height = 24;
     return PlaceOf(shown, layout, ScaledPx(layout.width, dpi), ScaledPx(layout.height, dpi), dpi);
 }
 

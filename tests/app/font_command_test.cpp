@@ -1,6 +1,5 @@
 #include "app/font_command.h"
 
-#include "settings/settings_file.h"
 #include "tests/app/shell_fakes.h"
 
 #include <gtest/gtest.h>
@@ -28,18 +27,8 @@ TEST(FontChoice, PreselectsTheCurrentFontOrTheFirst) {
         EXPECT_EQ(kFontPoints[PointsIndex(points)], preselected) << points;
 }
 
-class FontCommand : public testing::Test {
-protected:
-    AppSettings Stored() const {
-        AppSettings stored;
-        LoadSettings(rig.folder.Path(u"settings.json"), stored);
-        return stored;
-    }
-
+TEST(FontCommand, ShowsAndStoresTheChoice) {
     ShellRig rig;
-};
-
-TEST_F(FontCommand, ShowsAndStoresTheChoice) {
     rig.host.installedFonts = {{u"Monaco", true}, {u"Consolas", true}};
     rig.host.chosenFont = FontChoice{u"Monaco", 24.0F, true, false};
     ChooseHexViewFont(rig.shell);
@@ -52,12 +41,13 @@ TEST_F(FontCommand, ShowsAndStoresTheChoice) {
     expected.fontFamily = u"Monaco";
     expected.fontSize = 24.0F;
     expected.bold = true;
-    EXPECT_EQ(Stored(), expected);
+    EXPECT_EQ(rig.Stored(), expected);
     ChooseHexViewFont(rig.shell);
     EXPECT_EQ(rig.host.fontDialog.current, *rig.host.chosenFont);
 }
 
-TEST_F(FontCommand, LeavesEverythingAsItWasWhenCancelledOrWithoutAFont) {
+TEST(FontCommand, LeavesEverythingAsItWasWhenCancelledOrWithoutAFont) {
+    ShellRig rig;
     ChooseHexViewFont(rig.shell);
     EXPECT_EQ(rig.host.boxes, std::vector<std::u16string>{u"error.font_not_monospace|app.title"});
     rig.host.installedFonts = {{u"Monaco", true}};

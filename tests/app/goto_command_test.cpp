@@ -1,7 +1,5 @@
 #include "app/goto_command.h"
 
-#include "app/command_dispatch.h"
-#include "app/file_commands.h"
 #include "app/goto_offset.h"
 #include "tests/app/shell_fakes.h"
 
@@ -9,6 +7,8 @@
 
 namespace kvx {
 namespace {
+
+using namespace std::string_literals;
 
 TEST(GoToOffset, ReadsEveryFormOfAHexadecimalNumberAndNothingElse) {
     const struct {
@@ -37,54 +37,28 @@ TEST(GoToOffset, ReadsEveryFormOfAHexadecimalNumberAndNothingElse) {
             << std::string(each.typed.begin(), each.typed.end());
 }
 
-class GoToCommand : public testing::Test {
-protected:
-    void GoTo(std::optional<std::u16string> typed) {
+TEST(GoToCommand, MovesTheCaretAndEndsTheSelectionUnlessTheAnswerIsNone) {
+    ShellRig rig;
+    const HexViewState& state = rig.stage.State();
+    const auto goTo = [&](std::optional<std::u16string> typed) {
         rig.host.typedLine = std::move(typed);
         rig.host.boxes.clear();
         GoToOffset(rig.shell);
-    }
-    std::uint64_t Caret() const { return rig.stage.State().caret; }
-
-    ShellRig rig;
-};
-
-TEST_F(GoToCommand, MovesTheCaretAndEndsTheSelection) {
-    GoTo(u"1");
-    EXPECT_TRUE(rig.host.boxes.empty()) << "nothing is open";
-    OpenFile(rig.shell, rig.folder.Write(u"data.bin", std::string(100, 'x')));
-    rig.stage.view.SetSelection(3, 5);
-    GoTo(u"0x1f");
-    EXPECT_EQ(Caret(), 0x1FU);
-    EXPECT_FALSE(rig.stage.State().hasSelection);
-    GoTo(u"FFFFFFFFFFFF");
-    EXPECT_EQ(rig.host.boxes.front(), u"dialog.goto.prompt|dialog.goto.title|1F");
-    EXPECT_EQ(Caret(), 99U);
-}
-
-TEST_F(GoToCommand, ChangesNothingForACancelledOrInvalidAnswer) {
-    OpenFile(rig.shell, rig.folder.Write(u"data.bin", std::string(100, 'x')));
-    rig.stage.view.SetCaret(7);
-    rig.stage.view.SetSelection(3, 5);
-    GoTo(std::nullopt);
-    EXPECT_EQ(rig.host.boxes.size(), 1U);
-    GoTo(u"12G");
-    EXPECT_EQ(rig.host.boxes.back(), u"error.goto_invalid|dialog.goto.title");
-    EXPECT_EQ(Caret(), 7U);
-    EXPECT_TRUE(rig.stage.State().hasSelection);
-}
-
-TEST_F(GoToCommand, KeepsOtherCommandsOutWhileTheQuestionWaits) {
-    OpenFile(rig.shell, rig.folder.Write(u"data.bin", "content"));
-    rig.host.duringModal = [this] {
-        EXPECT_FALSE(rig.shell.AcceptsCommands());
-        Exit(rig.shell);
-        DispatchCommand(rig.shell, CommandId(Command::Close));
+        return std::pair(state.caret, state.hasSelection);
     };
-    GoTo(u"2");
-    EXPECT_FALSE(rig.host.destroyed);
-    EXPECT_TRUE(rig.shell.Document().IsOpen());
-    EXPECT_TRUE(rig.shell.AcceptsCommands());
+    goTo(u"1");
+    EXPECT_TRUE(rig.host.boxes.empty()) << "nothing is open";
+    rig.Open(std::string(100, 'x'));
+    rig.stage.view.SetCaret(31);
+    rig.stage.view.SetSelection(3, 5);
+    const std::u16string prompt = u"dialog.goto.prompt|dialog.goto.title|1F";
+    EXPECT_EQ(goTo(std::nullopt), std::pair(std::uint64_t{31}, true));
+    EXPECT_EQ(rig.host.boxes, std::vector{prompt});
+    EXPECT_EQ(goTo(u"12G"), std::pair(std::uint64_t{31}, true));
+    EXPECT_EQ(rig.host.boxes, (std::vector{prompt, u"error.goto_invalid|dialog.goto.title"s}));
+    EXPECT_EQ(goTo(u"0x1e"), std::pair(std::uint64_t{30}, false));
+    EXPECT_TRUE(rig.host.status.starts_with(u"status.offset: 0x0000001E"));
+    EXPECT_EQ(goTo(u"FFFFFFFFFFFF"), std::pair(std::uint64_t{99}, false));
 }
 
 } // namespace

@@ -38,127 +38,19 @@ std::string Drawn(const std::vector<MenuItem>& items) {
     return drawing;
 }
 
-TEST(MenuModel, ShowsTheWholeTreeWithoutAFile) {
-    EXPECT_EQ(Drawn(BuildMenuBar({}, KeyAsText)), R"(menu.file
-  1001 menu.file.open
-  1002 menu.file.save (grey)
-  1003 menu.file.close (grey)
-  ----
-  1031 menu.file.exit
-menu.edit
-  [x] 1004 menu.edit.readonly
-menu.view
-  1005 menu.view.find
-  1006 menu.view.goto
-  ----
-  menu.view.zoom
-    1025 menu.view.zoom.out
-    1026 menu.view.zoom.in
-    ----
-    1027 menu.view.zoom.reset
-menu.settings
-  menu.view.encoding
-    ----
-    menu.view.encoding.favorite
-      1019 menu.view.encoding.favorite.add_current
-      1020 menu.view.encoding.favorite.remove_current (grey)
-      1021 menu.view.encoding.favorite.clear (grey)
-    ----
-    [x] 1007 menu.view.encoding.ascii
-    1008 menu.view.encoding.utf8
-    1009 menu.view.encoding.utf16le
-    1010 menu.view.encoding.utf16be
-    ----
-    menu.view.encoding.japanese
-      1011 menu.view.encoding.shiftjis
-    menu.view.encoding.korean
-      1012 menu.view.encoding.windows949
-      1013 menu.view.encoding.euckr
-    menu.view.encoding.chinese
-      1014 menu.view.encoding.big5
-      1015 menu.view.encoding.gbk
-    menu.view.encoding.thai
-      1016 menu.view.encoding.tis620
-    menu.view.encoding.vietnamese
-      1017 menu.view.encoding.windows1258
-    menu.view.encoding.indic
-      1018 menu.view.encoding.iscii_devanagari
-  menu.view.theme
-    1022 menu.view.theme.light
-    [x] 1023 menu.view.theme.darkblue
-    1024 menu.view.theme.black
-  menu.view.language
-    [x] 1032 menu.view.language.system
-    1033 menu.view.language.english
-    1034 menu.view.language.japanese
-  menu.settings.analysis
-    1029 menu.settings.analysis.data_inspector
-    1030 menu.settings.analysis.struct_view
-  ----
-  1028 menu.settings.font
-menu.help
-  1035 menu.help.about
-)");
-}
-
-// The items of the encoding menu up to its second separator, and the one check mark behind it.
-std::string DrawnFavorites(const MenuState& state) {
-    const MenuItem encodings = BuildMenuBar(state, KeyAsText)[3].children[0];
-    const std::size_t count = state.favoriteEncodings.size();
-    std::string drawing =
-        Drawn({encodings.children.begin(),
-               encodings.children.begin() + static_cast<std::ptrdiff_t>(count) + 2});
-    std::istringstream rest(
-        Drawn({encodings.children.begin() + static_cast<std::ptrdiff_t>(count) + 2,
-               encodings.children.end()}));
-    for (std::string line; std::getline(rest, line);) {
-        if (line.find("[x]") != std::string::npos) drawing += line + "\n";
-    }
-    return drawing;
-}
-
-TEST(MenuModel, FavouriteEncodingsStandFirstAndGreyTheirCommands) {
-    EXPECT_EQ(
-        DrawnFavorites({.encoding = TextEncoding::Gbk,
-                        .favoriteEncodings = {TextEncoding::IsciiDevanagari, TextEncoding::Gbk}}),
-        R"(1200 * ISCII (Devanagari)
-[x] 1201 * GBK
-----
-menu.view.encoding.favorite
-  1019 menu.view.encoding.favorite.add_current (grey)
-  1020 menu.view.encoding.favorite.remove_current
-  1021 menu.view.encoding.favorite.clear
-  [x] 1015 menu.view.encoding.gbk
-)");
-    EXPECT_EQ(DrawnFavorites({.encoding = TextEncoding::Utf8,
-                              .favoriteEncodings = {TextEncoding::ShiftJis, TextEncoding::Ascii,
-                                                    TextEncoding::Gbk}}),
-              R"(1200 * Shift_JIS
-1201 * ASCII
-1202 * GBK
-----
-menu.view.encoding.favorite
-  1019 menu.view.encoding.favorite.add_current (grey)
-  1020 menu.view.encoding.favorite.remove_current (grey)
-  1021 menu.view.encoding.favorite.clear
-[x] 1008 menu.view.encoding.utf8
-)");
-}
-
-TEST(MenuModel, FollowsTheFileTheChoicesAndTheRecentFiles) {
+TEST(MenuModel, ShowsTheWholeTree) {
     std::vector<std::u16string> paths(8, u"C:\\f");
     paths.emplace_back(u"C:\\R&D\\a&&b.bin");
     const MenuState state{.fileOpen = true,
                           .editable = true,
+                          .encoding = TextEncoding::Gbk,
+                          .favoriteEncodings = {TextEncoding::IsciiDevanagari, TextEncoding::Gbk},
                           .theme = Theme::Black,
                           .language = UiLanguage::Japanese,
                           .dataInspectorVisible = true,
                           .structViewVisible = true,
                           .recentFiles = paths};
-    const std::vector<MenuItem> bar = BuildMenuBar(state, KeyAsText);
-    EXPECT_FALSE(bar[1].children[0].checked);
-    const std::vector<MenuItem>& settings = bar[3].children;
-    EXPECT_EQ(Drawn({bar[0], settings[1], settings[2], settings[3]}), R"(menu.file
+    EXPECT_EQ(Drawn(BuildMenuBar(state, KeyAsText)), R"(menu.file
   1001 menu.file.open
   1002 menu.file.save
   1003 menu.file.close
@@ -175,18 +67,103 @@ TEST(MenuModel, FollowsTheFileTheChoicesAndTheRecentFiles) {
     4008 9 C:\R&&D\a&&&&b.bin
   ----
   1031 menu.file.exit
-menu.view.theme
-  1022 menu.view.theme.light
-  1023 menu.view.theme.darkblue
-  [x] 1024 menu.view.theme.black
-menu.view.language
-  1032 menu.view.language.system
-  1033 menu.view.language.english
-  [x] 1034 menu.view.language.japanese
-menu.settings.analysis
-  [x] 1029 menu.settings.analysis.data_inspector
-  [x] 1030 menu.settings.analysis.struct_view
+menu.edit
+  1004 menu.edit.readonly
+menu.view
+  1005 menu.view.find
+  1006 menu.view.goto
+  ----
+  menu.view.zoom
+    1025 menu.view.zoom.out
+    1026 menu.view.zoom.in
+    ----
+    1027 menu.view.zoom.reset
+menu.settings
+  menu.view.encoding
+    1200 * ISCII (Devanagari)
+    [x] 1201 * GBK
+    ----
+    menu.view.encoding.favorite
+      1019 menu.view.encoding.favorite.add_current (grey)
+      1020 menu.view.encoding.favorite.remove_current
+      1021 menu.view.encoding.favorite.clear
+    ----
+    1007 menu.view.encoding.ascii
+    1008 menu.view.encoding.utf8
+    1009 menu.view.encoding.utf16le
+    1010 menu.view.encoding.utf16be
+    ----
+    menu.view.encoding.japanese
+      1011 menu.view.encoding.shiftjis
+    menu.view.encoding.korean
+      1012 menu.view.encoding.windows949
+      1013 menu.view.encoding.euckr
+    menu.view.encoding.chinese
+      1014 menu.view.encoding.big5
+      [x] 1015 menu.view.encoding.gbk
+    menu.view.encoding.thai
+      1016 menu.view.encoding.tis620
+    menu.view.encoding.vietnamese
+      1017 menu.view.encoding.windows1258
+    menu.view.encoding.indic
+      1018 menu.view.encoding.iscii_devanagari
+  menu.view.theme
+    1022 menu.view.theme.light
+    1023 menu.view.theme.darkblue
+    [x] 1024 menu.view.theme.black
+  menu.view.language
+    1032 menu.view.language.system
+    1033 menu.view.language.english
+    [x] 1034 menu.view.language.japanese
+  menu.settings.analysis
+    [x] 1029 menu.settings.analysis.data_inspector
+    [x] 1030 menu.settings.analysis.struct_view
+  ----
+  1028 menu.settings.font
+menu.help
+  1035 menu.help.about
 )");
+}
+
+// The lines that are checked or greyed.
+std::string Marked(const MenuState& state) {
+    std::istringstream lines(Drawn(BuildMenuBar(state, KeyAsText)));
+    std::string marked;
+    for (std::string line; lines >> std::ws && std::getline(lines, line);) {
+        if (line.starts_with("[x]") || line.ends_with("(grey)")) marked += line + "\n";
+    }
+    return marked;
+}
+
+TEST(MenuModel, ChecksTheChoicesAndGreysWhatHasNothingToWorkOn) {
+    EXPECT_EQ(Marked({}), R"(1002 menu.file.save (grey)
+1003 menu.file.close (grey)
+[x] 1004 menu.edit.readonly
+1020 menu.view.encoding.favorite.remove_current (grey)
+1021 menu.view.encoding.favorite.clear (grey)
+[x] 1007 menu.view.encoding.ascii
+[x] 1023 menu.view.theme.darkblue
+[x] 1032 menu.view.language.system
+)");
+    EXPECT_EQ(Marked({.fileOpen = true,
+                      .encoding = TextEncoding::Utf8,
+                      .favoriteEncodings = {TextEncoding::ShiftJis, TextEncoding::Ascii,
+                                            TextEncoding::Gbk},
+                      .theme = Theme::Light,
+                      .language = UiLanguage::English}),
+              R"([x] 1004 menu.edit.readonly
+1019 menu.view.encoding.favorite.add_current (grey)
+1020 menu.view.encoding.favorite.remove_current (grey)
+[x] 1008 menu.view.encoding.utf8
+[x] 1022 menu.view.theme.light
+[x] 1033 menu.view.language.english
+)");
+}
+
+TEST(MenuModel, NeedsNoSeparatorForRecentFilesButKeepsThatOfFavourites) {
+    const std::vector<MenuItem> bar = BuildMenuBar({}, KeyAsText);
+    EXPECT_EQ(bar[0].children.size(), 5U);
+    EXPECT_EQ(bar[3].children[0].children[0].kind, MenuItemKind::Separator);
 }
 
 TEST(MenuModel, GreysEverythingWhileASaveRuns) {

@@ -20,12 +20,8 @@ List After(List list, const std::u16string& path) {
     return list;
 }
 
-TEST(RecentFiles, PutTheNewestInFront) {
-    EXPECT_EQ(After({u"C:\\a"}, u"C:\\b"), (List{u"C:\\b", u"C:\\a"}));
+TEST(RecentFiles, KeepOneSpellingOfAFileTheLatestInFront) {
     EXPECT_EQ(After({u"C:\\a"}, u""), (List{u"C:\\a"}));
-}
-
-TEST(RecentFiles, KeepOneSpellingOfAFileTheLatest) {
     const List list{u"C:\\a", u"C:\\Data\\B.bin", u"C:\\data\\x\\..\\b.bin"};
     EXPECT_EQ(After(list, u"c:\\DATA\\b.BIN"), (List{u"c:\\DATA\\b.BIN", u"C:\\a"}));
     EXPECT_EQ(After({u"C:\\a", u"C:\\data"}, u"C:\\x\\..\\data"),

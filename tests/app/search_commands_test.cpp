@@ -1,8 +1,6 @@
 #include "app/search_commands.h"
 
-#include "app/file_commands.h"
 #include "app/pane_commands.h"
-#include "settings/settings_file.h"
 #include "tests/app/shell_fakes.h"
 
 #include <gmock/gmock.h>
@@ -37,9 +35,6 @@ public:
 
 class SearchCommands : public testing::Test {
 protected:
-    void Open(const std::string& content) {
-        ASSERT_TRUE(OpenFile(shell, rig.folder.Write(u"data.bin", content)));
-    }
     void Next(const std::u16string& query, SearchType type = SearchType::Text) {
         RunSearch(shell, dialog, {type, query}, SearchDirection::Next);
     }
@@ -65,14 +60,12 @@ protected:
 constexpr char kNotFound[] = "information error.search_not_found|dialog.search.title";
 
 TEST_F(SearchCommands, HitsAreSelectedOneAfterTheOtherAlsoWhereTheyOverlap) {
-    Open("aaa-aa");
-    const char* const forwards[] = {"0: 0-1", "1: 1-2", "4: 4-5", kNotFound};
-    for (const char* shown : forwards) {
+    rig.Open("aaa-aa");
+    for (const char* shown : {"0: 0-1", "1: 1-2", "4: 4-5", kNotFound}) {
         Next(u" aa\n");
         EXPECT_EQ(Shown(), shown);
     }
-    const char* const backwards[] = {"1: 1-2", "0: 0-1", kNotFound};
-    for (const char* shown : backwards) {
+    for (const char* shown : {"1: 1-2", "0: 0-1", kNotFound}) {
         Previous(u"aa");
         EXPECT_EQ(Shown(), shown);
     }
@@ -80,7 +73,7 @@ TEST_F(SearchCommands, HitsAreSelectedOneAfterTheOtherAlsoWhereTheyOverlap) {
 }
 
 TEST_F(SearchCommands, WithoutASelectionAMatchAtTheCaretIsFoundBothWays) {
-    Open("ab");
+    rig.Open("ab");
     Previous(u"a");
     EXPECT_EQ(Shown(), "0: 0-0");
     shell.View().SetCaret(1);
@@ -91,7 +84,7 @@ TEST_F(SearchCommands, WithoutASelectionAMatchAtTheCaretIsFoundBothWays) {
 }
 
 TEST_F(SearchCommands, AnErrorIsShownAndLeavesEverythingAsItWas) {
-    Open("ab");
+    rig.Open("ab");
     Next(u"123", SearchType::Hex);
     EXPECT_EQ(Shown(), "error error.search_invalid_hex|dialog.search.title");
     Next(u"\u3042");
@@ -103,18 +96,16 @@ TEST_F(SearchCommands, AnErrorIsShownAndLeavesEverythingAsItWas) {
 }
 
 TEST_F(SearchCommands, SearchesAreRememberedTrimmedWhateverTheyFind) {
-    Open("ab");
+    rig.Open("ab");
     Next(u" zz ");
     Next(u"61\t", SearchType::Hex);
     const std::vector<SearchHistoryEntry> expected = {{u"hex", u"61"}, {u"text", u"zz"}};
     EXPECT_EQ(dialog.history, expected);
-    AppSettings stored;
-    LoadSettings(rig.folder.Path(u"settings.json"), stored);
-    EXPECT_EQ(stored.searchHistory, expected);
+    EXPECT_EQ(rig.Stored().searchHistory, expected);
 }
 
 TEST_F(SearchCommands, ProgressIsShownWhileMessagesAreDispatchedAndNoCommandIsTaken) {
-    Open(std::string(3 * kMiB, '-'));
+    rig.Open(std::string(3 * kMiB, '-'));
     host.painted.clear();
     bool accepted = false;
     host.duringPump = [&] {
@@ -136,19 +127,13 @@ TEST_F(SearchCommands, ProgressIsShownWhileMessagesAreDispatchedAndNoCommandIsTa
 }
 
 TEST_F(SearchCommands, EscAndCloseEndASearchBeforeItsNextBlockWithoutAWord) {
-    Open(std::string(3 * kMiB, '-') + "x");
-    struct Case {
-        const char* name;
-        std::function<void()> press;
-    };
-    const Case cases[] = {{"Esc", [this] { dialog.escapeDown = true; }},
-                          {"Close", [this] { dialog.RequestCancel(); }}};
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
+    rig.Open(std::string(3 * kMiB, '-') + "x");
+    for (bool RecordingSearchDialog::*const pressed :
+         {&RecordingSearchDialog::escapeDown, &RecordingSearchDialog::cancelRequested}) {
         dialog.escapeDown = dialog.cancelRequested = false;
         host.painted.clear();
         host.duringPump = [&] {
-            if (host.painted.size() == 2) c.press();
+            if (host.painted.size() == 2) dialog.*pressed = true;
         };
         Next(u"x");
         EXPECT_THAT(host.painted, ElementsAre(u"status.searching 0%", u"status.searching 33%"));
@@ -162,7 +147,7 @@ TEST_F(SearchCommands, EscAndCloseEndASearchBeforeItsNextBlockWithoutAWord) {
 TEST_F(SearchCommands, NothingIsSearchedWithoutAFileOrInsideAnotherSearch) {
     Next(u"a");
     EXPECT_THAT(shell.Settings().searchHistory, IsEmpty());
-    Open("ab");
+    rig.Open("ab");
     host.duringPump = [this] { Next(u"b"); };
     Next(u"a");
     EXPECT_EQ(Shown(), "0: 0-0");

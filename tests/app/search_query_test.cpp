@@ -15,49 +15,34 @@ constexpr QueryError kInvalidHex{"error.search_invalid_hex"};
 constexpr QueryError kInvalidText{"error.search_invalid_text"};
 constexpr QueryError kTooLong{"error.search_too_long"};
 
-TEST(SearchQuery, HexIsPairsOfDigitsWithAnyWhiteSpaceAmongThem) {
-    struct Case {
-        std::u16string_view query;
-        Pattern pattern;
-    };
-    const Case cases[] = {
-        {u"0a 0B\t0c", Bytes{0x0A, 0x0B, 0x0C}},
-        {u"F F\u3000e\r\ne", Bytes{0xFF, 0xEE}},
-        {u"+7-1", Bytes{0x07, 0xFF}}, // each pair is a number, so it may have a sign
-        {u"-0", Bytes{0x00}},
-        {u"", kInvalidHex},
-        {u" ", kInvalidHex},
-        {u"123", kInvalidHex},
-        {u"0x", kInvalidHex},
-        {u"7+", kInvalidHex},
-        {u"++", kInvalidHex},
-        {u"0g", kInvalidHex},
-        {u"12,3", kInvalidHex},
-        {u"\uFF11\uFF11", kInvalidHex},
-    };
-    for (const Case& c : cases)
-        EXPECT_EQ(BuildPattern(SearchType::Hex, c.query, TextEncoding::Utf8), c.pattern)
-            << testing::PrintToString(c.query);
-}
+struct Case {
+    SearchType type;
+    TextEncoding encoding;
+    std::u16string_view query;
+    Pattern pattern;
+};
 
-TEST(SearchQuery, TextIsBytesInTheEncodingOfTheView) {
-    struct Case {
-        TextEncoding encoding;
-        std::u16string_view query;
-        Pattern pattern;
-    };
+// Replaying what the fuzzer has collected compares many more with plain rules.
+TEST(SearchQuery, IsPairsOfHexDigitsOrTextInTheEncodingOfTheView) {
+    using enum TextEncoding;
+    constexpr auto kHex = SearchType::Hex;
+    constexpr auto kText = SearchType::Text;
     const Case cases[] = {
-        {TextEncoding::Ascii, u"a b", Bytes{'a', ' ', 'b'}},
-        {TextEncoding::Ascii, u"\u00E9", kInvalidText},
-        {TextEncoding::Ascii, u"", kInvalidText},
-        {TextEncoding::Utf8, u"\u00E9", Bytes{0xC3, 0xA9}},
-        {TextEncoding::Utf16Le, u"a\u3042", Bytes{0x61, 0x00, 0x42, 0x30}},
-        {TextEncoding::Utf16Be, u"a\u3042", Bytes{0x00, 0x61, 0x30, 0x42}},
-        {TextEncoding::ShiftJis, u"\u3042", Bytes{0x82, 0xA0}},
-        {TextEncoding::ShiftJis, u"\uD55C", kInvalidText},
+        {kHex, Utf8, u"F F\u3000e\r\ne\t0a", Bytes{0xFF, 0xEE, 0x0A}},
+        {kHex, Utf8, u"+7-1", Bytes{0x07, 0xFF}}, // each pair is a number, so it may have a sign
+        {kHex, Utf8, u" ", kInvalidHex},
+        {kHex, Utf8, u"123", kInvalidHex},
+        {kHex, Utf8, u"7+", kInvalidHex},
+        {kHex, Utf8, u"0x", kInvalidHex},
+        {kHex, Utf8, u"\uFF11\uFF11", kInvalidHex},
+        {kText, Ascii, u"a b", Bytes{'a', ' ', 'b'}},
+        {kText, Ascii, u"\u00E9", kInvalidText},
+        {kText, Ascii, u"", kInvalidText},
+        {kText, Utf16Be, u"a\u3042", Bytes{0x00, 0x61, 0x30, 0x42}},
+        {kText, ShiftJis, u"\u3042", Bytes{0x82, 0xA0}},
     };
     for (const Case& c : cases)
-        EXPECT_EQ(BuildPattern(SearchType::Text, c.query, c.encoding), c.pattern)
+        EXPECT_EQ(BuildPattern(c.type, c.query, c.encoding), c.pattern)
             << testing::PrintToString(c.query);
 }
 
@@ -84,26 +69,25 @@ TEST(SearchQuery, IsTrimmedOfBlanksAndLineEndsOnly) {
 }
 
 TEST(SearchQuery, StartsAtTheCaretOrStepsOverTheSelectionsFirstByte) {
-    constexpr std::uint64_t kSize = 100;
-    struct Case {
-        bool hasSelection;
+    struct Row {
         std::uint64_t anchor;
         std::uint64_t end;
         std::optional<std::uint64_t> next;
         std::optional<std::uint64_t> previous;
     };
-    const Case cases[] = {
-        {false, 10, 20, 50, 50},        {true, 10, 20, 11, 9},  {true, 20, 10, 11, 9},
-        {true, 0, 20, 1, std::nullopt}, {true, 98, 99, 99, 97}, {true, 99, 99, std::nullopt, 98},
-    };
-    for (const Case& c : cases) {
-        HexViewState view;
-        view.caret = 50;
-        view.hasSelection = c.hasSelection;
-        view.selAnchor = c.anchor;
-        view.selEnd = c.end;
-        EXPECT_EQ(SearchStart(view, kSize, SearchDirection::Next), c.next) << c.anchor;
-        EXPECT_EQ(SearchStart(view, kSize, SearchDirection::Previous), c.previous) << c.anchor;
+    HexViewState view{.caret = 50};
+    EXPECT_EQ(SearchStart(view, 100, SearchDirection::Next), 50U);
+    EXPECT_EQ(SearchStart(view, 100, SearchDirection::Previous), 50U);
+    view.hasSelection = true;
+    for (const auto& [anchor, end, next, previous] : {Row{10, 20, 11, 9},
+                                                      {20, 10, 11, 9},
+                                                      {0, 20, 1, std::nullopt},
+                                                      {98, 99, 99, 97},
+                                                      {99, 99, std::nullopt, 98}}) {
+        view.selAnchor = anchor;
+        view.selEnd = end;
+        EXPECT_EQ(SearchStart(view, 100, SearchDirection::Next), next) << anchor;
+        EXPECT_EQ(SearchStart(view, 100, SearchDirection::Previous), previous) << anchor;
     }
 }
 

@@ -2,10 +2,15 @@
 // and a folder of real files.
 #pragma once
 
+#include "app/command_dispatch.h"
+#include "app/file_commands.h"
 #include "app/shell.h"
+#include "settings/settings_file.h"
 #include "tests/document/faulty_file_layer.h"
 #include "tests/hexview/view_stage.h"
 #include "tests/support/temp_folder.h"
+
+#include <gtest/gtest.h>
 
 #include <chrono>
 #include <condition_variable>
@@ -198,6 +203,21 @@ struct ShellRig {
         shell.ApplySettingsToView();
         shell.AttachDocument();
         shell.RefreshAll();
+    }
+
+    /// Opens a file of this content and gives its path.
+    std::u16string Open(const std::string& content) {
+        const std::u16string path = folder.Write(u"data.bin", content);
+        EXPECT_TRUE(OpenFile(shell, path));
+        return path;
+    }
+    void Run(Command command) { EXPECT_TRUE(DispatchCommand(shell, CommandId(command))); }
+
+    /// What the settings file holds.
+    AppSettings Stored() const {
+        AppSettings stored;
+        LoadSettings(folder.Path(u"settings.json"), stored);
+        return stored;
     }
 
     TempFolder folder;

@@ -1,6 +1,5 @@
 #include "app/shell.h"
 
-#include "settings/settings_file.h"
 #include "tests/app/shell_fakes.h"
 
 #include <gtest/gtest.h>
