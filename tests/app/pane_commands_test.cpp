@@ -1,9 +1,6 @@
 #include "app/pane_commands.h"
 
-#include "app/command_dispatch.h"
-#include "app/file_commands.h"
 #include "platform/system.h"
-#include "settings/settings_file.h"
 #include "tests/app/shell_fakes.h"
 
 #include <gtest/gtest.h>
@@ -20,16 +17,9 @@ protected:
         rig.shell.Settings().structViewVisible = true;
         StartPanes(rig.shell);
         ShowPanes(rig.shell);
-        OpenFile(rig.shell, rig.folder.Write(u"data.bin", "ABCDEF"));
+        rig.Open("ABCDEF");
     }
 
-    AppSettings Stored() const {
-        AppSettings stored;
-        LoadSettings(rig.folder.Path(u"settings.json"), stored);
-        return stored;
-    }
-
-    void Run(Command command) { EXPECT_TRUE(DispatchCommand(rig.shell, CommandId(command))); }
     void MoveCaret(std::uint64_t offset) {
         rig.stage.view.SetCaret(offset);
         rig.shell.OnViewChanged();
@@ -73,7 +63,7 @@ TEST_F(PaneCommands, RowsFollowCaretEditsEncodingAndDocument) {
     MoveCaret(2);
     MoveCaret(1);
     EXPECT_EQ(Inspected(1), u"66 / 0x42");
-    Run(Command::EncodingFirst + static_cast<std::uint32_t>(TextEncoding::Utf16Be));
+    rig.Run(Command::EncodingFirst + static_cast<std::uint32_t>(TextEncoding::Utf16Be));
     EXPECT_EQ(Inspected(11), u"\u4243 (U+4243)");
     ASSERT_TRUE(rig.shell.Document().OverwriteByte(1, 0x7A));
     rig.shell.OnViewChanged();
@@ -92,7 +82,7 @@ TEST_F(PaneCommands, RowsOfOldRequestsAndOfPanesThatAreGoneAreDropped) {
     ShowInspectorRows(rig.shell, std::move(old));
     EXPECT_EQ(host.inspectorShows, shown);
     old = host.inspectorRows.Take();
-    Run(Command::ToggleDataInspector);
+    rig.Run(Command::ToggleDataInspector);
     ShowInspectorRows(rig.shell, std::move(old));
     EXPECT_EQ(host.inspectorShows, shown);
     EXPECT_EQ(rig.shell.Panes().inspector.Text(1, 1), u"");
@@ -101,39 +91,39 @@ TEST_F(PaneCommands, RowsOfOldRequestsAndOfPanesThatAreGoneAreDropped) {
 TEST_F(PaneCommands, PanesComeAndGoWithMenuAndCloseButtonAndAreRemembered) {
     OpenPattern();
     EXPECT_NE(Values(), u"");
-    Run(Command::ToggleStructView);
+    rig.Run(Command::ToggleStructView);
     EXPECT_FALSE(host.hasStructView);
     EXPECT_EQ(ValuesNow(), u"");
-    EXPECT_FALSE(Stored().structViewVisible);
-    Run(Command::ToggleStructView);
+    EXPECT_FALSE(rig.Stored().structViewVisible);
+    rig.Run(Command::ToggleStructView);
     EXPECT_TRUE(host.hasStructView);
-    EXPECT_TRUE(Stored().structViewVisible);
+    EXPECT_TRUE(rig.Stored().structViewVisible);
     OnStructViewClosed(rig.shell);
     OnInspectorClosed(rig.shell);
     EXPECT_FALSE(host.hasStructView || host.hasInspector);
-    EXPECT_FALSE(Stored().structViewVisible || Stored().dataInspectorVisible);
+    EXPECT_FALSE(rig.Stored().structViewVisible || rig.Stored().dataInspectorVisible);
     const MenuItem& analysis = rig.host.menu[3].children[3];
     EXPECT_FALSE(analysis.children[0].checked || analysis.children[1].checked);
     host.windowsCanBeMade = false;
-    Run(Command::ToggleDataInspector);
-    EXPECT_FALSE(Stored().dataInspectorVisible);
+    rig.Run(Command::ToggleDataInspector);
+    EXPECT_FALSE(rig.Stored().dataInspectorVisible);
 }
 
 TEST_F(PaneCommands, PanesThatEndWithTheProgramComeAgainAtItsNextStart) {
     rig.shell.SaveSettings();
     StopPanes(rig.shell);
     EXPECT_FALSE(host.hasStructView || host.hasInspector);
-    EXPECT_TRUE(Stored().structViewVisible && Stored().dataInspectorVisible);
+    EXPECT_TRUE(rig.Stored().structViewVisible && rig.Stored().dataInspectorVisible);
 }
 
 TEST_F(PaneCommands, ThemeAndLanguageReachThePanes) {
-    Run(Command::ThemeBlack);
+    rig.Run(Command::ThemeBlack);
     EXPECT_EQ(host.theme, Theme::Black);
-    Run(Command::LanguageJapanese);
+    rig.Run(Command::LanguageJapanese);
     EXPECT_EQ(host.textShows, 1);
-    Run(Command::ToggleStructView);
-    Run(Command::ThemeLight);
-    Run(Command::ToggleStructView);
+    rig.Run(Command::ToggleStructView);
+    rig.Run(Command::ThemeLight);
+    rig.Run(Command::ToggleStructView);
     EXPECT_EQ(host.theme, Theme::Light);
 }
 
@@ -173,7 +163,7 @@ TEST_F(PaneCommands, FormatsAreAppliedAtOnceAndRemembered) {
         EXPECT_EQ(Values(), values);
     }
     const StructViewFormat chosen{ByteArrayFormat::Hex, Endian::Big, NumericBase::Dec};
-    EXPECT_EQ(Stored().structViewFormat, chosen);
+    EXPECT_EQ(rig.Stored().structViewFormat, chosen);
     std::filesystem::remove(rig.folder.Path(u"settings.json"));
     for (const std::uint32_t unchanging : {4U, 6U, 0U, 7U})
         ChooseValueFormat(rig.shell, unchanging);

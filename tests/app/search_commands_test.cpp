@@ -72,17 +72,6 @@ TEST_F(SearchCommands, HitsAreSelectedOneAfterTheOtherAlsoWhereTheyOverlap) {
     EXPECT_TRUE(host.status.starts_with(u"status.offset: 0x00000000"));
 }
 
-TEST_F(SearchCommands, WithoutASelectionAMatchAtTheCaretIsFoundBothWays) {
-    rig.Open("ab");
-    Previous(u"a");
-    EXPECT_EQ(Shown(), "0: 0-0");
-    shell.View().SetCaret(1);
-    Next(u"b");
-    EXPECT_EQ(Shown(), "1: 1-1");
-    Next(u"b");
-    EXPECT_EQ(Shown(), kNotFound) << "nothing is left behind the selection";
-}
-
 TEST_F(SearchCommands, AnErrorIsShownAndLeavesEverythingAsItWas) {
     rig.Open("ab");
     Next(u"123", SearchType::Hex);
@@ -119,11 +108,6 @@ TEST_F(SearchCommands, ProgressIsShownWhileMessagesAreDispatchedAndNoCommandIsTa
     EXPECT_FALSE(accepted);
     EXPECT_TRUE(shell.AcceptsCommands());
     EXPECT_EQ(Shown(), kNotFound);
-    host.painted.clear();
-    shell.View().SetCaret(3 * kMiB - 1);
-    Previous(u"x");
-    EXPECT_THAT(host.painted, ElementsAre(u"status.searching 0%", u"status.searching 33%",
-                                          u"status.searching 66%", u"status.searching 100%"));
 }
 
 TEST_F(SearchCommands, EscAndCloseEndASearchBeforeItsNextBlockWithoutAWord) {

@@ -92,6 +92,7 @@ TEST(LatestRequestWorker, AnswersOnlyTheFirstAndTheLastOfABurst) {
     EXPECT_EQ(desk.AnswersUpTo(serial), (std::vector<int>{0, 1000}));
     EXPECT_TRUE(desk.worker.IsLatest(serial));
     EXPECT_FALSE(desk.worker.IsLatest(serial - 1));
+    desk.worker.Stop(); // as the end of its life does again
 }
 
 TEST(LatestRequestWorker, FreesWhatWaitsAndOutdatesWhatIsOnItsWayWhenNothingIsWantedAnyMore) {
