@@ -13,7 +13,9 @@ std::u16string_view LineOf(std::u16string_view source, std::uint32_t line) {
         if (end == std::u16string_view::npos) return {};
         source.remove_prefix(end + 1);
     }
-    return source.substr(0, source.find_first_of(u"\r\n"));
+    // Two searches for one character each are faster than one for either, in a line of megabytes.
+    source = source.substr(0, source.find(u'\n'));
+    return source.substr(0, source.find(u'\r'));
 }
 
 } // namespace
