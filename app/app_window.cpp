@@ -232,6 +232,10 @@ LRESULT AppWindow::Dispatch(UINT message, WPARAM wParam, LPARAM lParam) {
         return OnSetFocus();
     case WM_CLOSE:
         return OnClose();
+    case WM_QUERYENDSESSION:
+        return OnQueryEndSession();
+    case WM_ENDSESSION:
+        return OnEndSession();
     case WM_DESTROY:
         return OnDestroy();
     case WM_DRAWITEM:
@@ -334,6 +338,21 @@ LRESULT AppWindow::OnSetFocus() {
 
 LRESULT AppWindow::OnClose() {
     Exit(shell_);
+    return 0;
+}
+
+// Nothing is asked here: nobody would see it while the session ends. The system shows the reason
+// instead, and leaves it to the user to give the changes up.
+LRESULT AppWindow::OnQueryEndSession() const {
+    const auto reason = ReasonToKeepSession(shell_);
+    if (!reason) return TRUE;
+    ::ShutdownBlockReasonCreate(MainWindow(), AsWide(*reason));
+    return FALSE;
+}
+
+// It ends, or it goes on after all.
+LRESULT AppWindow::OnEndSession() {
+    ::ShutdownBlockReasonDestroy(MainWindow());
     return 0;
 }
 

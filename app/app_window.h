@@ -72,6 +72,8 @@ private:
     LRESULT OnSize();
     LRESULT OnSetFocus();
     LRESULT OnClose();
+    LRESULT OnQueryEndSession() const;
+    LRESULT OnEndSession();
     LRESULT OnDestroy();
     LRESULT OnDrawItem(WPARAM wParam, LPARAM lParam);
     LRESULT OnCommand(WPARAM wParam, LPARAM lParam);

@@ -103,6 +103,13 @@ void Exit(Shell& shell) {
     if (ConfirmSaveChanges(shell)) shell.Host().DestroyMainWindow();
 }
 
+// A save comes first: it may be about to write into the file itself.
+std::optional<std::u16string> ReasonToKeepSession(const Shell& shell) {
+    if (shell.Saving()) return shell.Text("status.saving");
+    if (shell.Document().IsModified()) return shell.Text("confirm.save_changes");
+    return std::nullopt;
+}
+
 // Asked anew for each path: while a message box about the one before it waits, a second drop may
 // have opened a document, which must not be replaced. Nor may one be opened in the middle of a
 // save.

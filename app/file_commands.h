@@ -4,6 +4,7 @@
 #include "app/shell.h"
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -29,6 +30,9 @@ void CloseFile(Shell& shell);
 
 /// Destroys the main window, unless the user wants to keep unsaved changes or a command is running.
 void Exit(Shell& shell);
+
+/// Why the user's session must not end now, in words for the user; empty when nothing is at stake.
+std::optional<std::u16string> ReasonToKeepSession(const Shell& shell);
 
 /// Opens the first path that opens in this window if it has no document, the others in new
 /// processes.

@@ -49,6 +49,7 @@ public:
 
     /// True while a save or a search runs.
     bool Busy() const { return progress_.has_value(); }
+    bool Saving() const { return saving_; }
 
     // Modal boxes; the caption is the program's title unless another key is given.
     SaveChangesAnswer AskSaveChanges();

@@ -118,6 +118,17 @@ TEST_F(AppWindowTest, DropsCommandsAndTheCloseButtonDuringASave) {
     EXPECT_EQ(::GetFocus(), Hex());
 }
 
+TEST_F(AppWindowTest, RefusesToEndTheSessionUntilChangesAreSaved) {
+    Start(folder_.Write(u"data.bin", "content"));
+    EXPECT_NE(::SendMessageW(Main(), WM_QUERYENDSESSION, 0, 0), 0);
+    Run(Command::ToggleReadOnly);
+    Type("41");
+    EXPECT_EQ(::SendMessageW(Main(), WM_QUERYENDSESSION, 0, 0), 0);
+    ::SendMessageW(Main(), WM_ENDSESSION, FALSE, 0);
+    EXPECT_TRUE(window_->SaveFile());
+    EXPECT_NE(::SendMessageW(Main(), WM_QUERYENDSESSION, 0, 0), 0);
+}
+
 TEST_F(AppWindowTest, WarnsOfTypingWhileReadOnlyForAWhile) {
     Start(folder_.Write(u"data.bin", "content"));
     const std::u16string before = window_->StatusBar().Text();

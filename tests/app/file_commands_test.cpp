@@ -146,6 +146,15 @@ TEST_F(FileCommands, EverySaveShowsItsProgressAnew) {
                                           u"status.saving 100%"));
 }
 
+TEST_F(FileCommands, TheSessionGoesOnWhileChangesAreUnsavedOrBeingSaved) {
+    EXPECT_EQ(ReasonToKeepSession(shell), std::nullopt);
+    OpenModified();
+    EXPECT_EQ(ReasonToKeepSession(shell), u"confirm.save_changes");
+    host.duringPump = [this] { EXPECT_EQ(ReasonToKeepSession(shell), u"status.saving"); };
+    EXPECT_TRUE(SaveFile(shell));
+    EXPECT_EQ(ReasonToKeepSession(shell), std::nullopt);
+}
+
 TEST_F(FileCommands, ASaveThatCannotBeginLeavesTheShellUsable) {
     OpenModified();
     host.duringPump = [] { throw std::bad_alloc(); };
