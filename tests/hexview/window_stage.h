@@ -1,15 +1,11 @@
-// A hex view in a window on the screen, for tests: the parent records what it is told. Few rows, as
+// A hex view in a window on the screen, for tests: the parent records what it is sent. Few rows, as
 // painting text can take a tenth of a second where no graphics card helps.
 #pragma once
 
-#include "hexview/frame.h"
 #include "hexview/hex_view_layout.h"
 #include "hexview/hex_view_window.h"
 #include "tests/hexview/memory_document.h"
 
-#include <cmath>
-#include <string>
-#include <utility>
 #include <vector>
 
 namespace kvx {
@@ -36,40 +32,25 @@ public:
         ::SetForegroundWindow(parent);
         View().SetDocument(&document, &document);
         Resize(kWidth, kHeight);
-        TakeNotifications();
     }
     WindowStage(const WindowStage&) = delete;
     WindowStage& operator=(const WindowStage&) = delete;
-    ~WindowStage() {
-        if (parent != nullptr) ::DestroyWindow(parent);
-    }
+    ~WindowStage() { ::DestroyWindow(parent); }
 
     MemoryDocument document;
     HexViewWindow window;
     HWND parent = nullptr;
-    std::vector<HexViewNotification> notifications; ///< as they arrived at the parent
+    std::vector<HexViewNotification> sent; ///< to the parent; what is posted stays in the queue
 
     HexView& View() { return window.View(); }
     const HexViewState& State() { return View().State(); }
     LRESULT Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
         return ::SendMessageW(window.Handle(), message, wParam, lParam);
     }
-    void Type(const std::wstring& characters) {
-        for (const wchar_t character : characters)
-            Send(WM_CHAR, character);
-    }
 
     /// Resizes the view's window, scroll bars included; pixels.
     void Resize(int width, int height) {
         ::SetWindowPos(window.Handle(), nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER);
-    }
-
-    /// What the parent was told, posted messages included.
-    std::vector<HexViewNotification> TakeNotifications() {
-        MSG message;
-        while (::PeekMessageW(&message, parent, WM_APP, WM_APP + 0xFF, PM_REMOVE))
-            ::DispatchMessageW(&message);
-        return std::exchange(notifications, {});
     }
 
     SCROLLINFO Bar(int bar) {
@@ -80,20 +61,13 @@ public:
         return info;
     }
 
-    /// A point of a byte's hex digits in pixels, as a mouse message carries it.
-    LPARAM PointOfByte(std::uint64_t offset) {
-        const RectDip box = BuildFrame(State()).hex.texts.at(offset).layout;
-        return MAKELPARAM(std::lround(box.left + 2), std::lround(box.top + 2));
-    }
-
 private:
     static LRESULT CALLBACK ParentProcedure(HWND window, UINT message, WPARAM wParam,
                                             LPARAM lParam) {
         auto* const stage =
             reinterpret_cast<WindowStage*>(::GetWindowLongPtrW(window, GWLP_USERDATA));
         if (stage != nullptr && message >= WM_APP)
-            stage->notifications.push_back(static_cast<HexViewNotification>(message));
-        if (stage != nullptr && message == WM_NCDESTROY) stage->parent = nullptr;
+            stage->sent.push_back(static_cast<HexViewNotification>(message));
         return ::DefWindowProcW(window, message, wParam, lParam);
     }
 };
