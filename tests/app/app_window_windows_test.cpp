@@ -23,6 +23,17 @@ using namespace std::chrono_literals;
 // The allocation after so many fails, alone; below zero, none does.
 std::atomic<int> allocationsUntilFailure = -1;
 
+int boxesClosed = 0;
+HWND boxOwner = nullptr; // of the last box closed
+
+// Presses the button of the program's message box as soon as one is on the screen.
+void CALLBACK CloseBox(HWND, UINT, UINT_PTR, DWORD) {
+    const HWND box = ::FindWindowW(L"#32770", L"Kivra");
+    if (box == nullptr) return;
+    boxOwner = ::GetWindow(box, GW_OWNER);
+    if (::SendMessageW(box, WM_COMMAND, IDOK, 0) == 0) ++boxesClosed;
+}
+
 /// A main window in this process, with texts that are their keys.
 class AppWindowTest : public testing::Test {
 protected:
@@ -68,6 +79,18 @@ protected:
         ::SendMessageW(Main(), WM_APP + 1, 0, 0);
     }
 
+    /// Runs a command, and `meanwhile` over and over; gives how many message boxes it closed.
+    int BoxesOf(
+        Command command, TIMERPROC meanwhile = [](HWND, UINT, UINT_PTR, DWORD) {}) {
+        boxesClosed = 0;
+        const UINT_PTR timers[] = {::SetTimer(nullptr, 0, 50, CloseBox),
+                                   ::SetTimer(nullptr, 0, 50, meanwhile)};
+        Run(command);
+        for (const UINT_PTR timer : timers)
+            ::KillTimer(nullptr, timer);
+        return boxesClosed;
+    }
+
     TempFolder folder_;
     std::unique_ptr<AppWindow> window_;
 };
@@ -76,17 +99,6 @@ RECT PlaceOf(HWND window) {
     RECT place{};
     ::GetWindowRect(window, &place);
     return place;
-}
-
-int boxesClosed = 0;
-HWND boxOwner = nullptr; // of the last box closed
-
-// Presses the button of the program's message box as soon as one is on the screen.
-void CALLBACK CloseBox(HWND, UINT, UINT_PTR, DWORD) {
-    const HWND box = ::FindWindowW(L"#32770", L"Kivra");
-    if (box == nullptr) return;
-    boxOwner = ::GetWindow(box, GW_OWNER);
-    if (::SendMessageW(box, WM_COMMAND, IDOK, 0) == 0) ++boxesClosed;
 }
 
 // What a drop sends; the receiver frees it.
@@ -99,23 +111,6 @@ HDROP DropOf(const std::u16string& path) {
     std::memcpy(drop + 1, path.c_str(), (path.size() + 1) * sizeof(char16_t));
     ::GlobalUnlock(memory);
     return static_cast<HDROP>(memory);
-}
-
-TEST_F(AppWindowTest, DropsCommandsAndTheCloseButtonDuringASave) {
-    Start(folder_.Write(u"data.bin", "content"));
-    Run(Command::ToggleReadOnly);
-    Type("41");
-    ::SetFocus(Hex());
-    ::PostMessageW(Main(), WM_CLOSE, 0, 0);
-    for (const Command command :
-         {Command::Close, Command::Save, Command::Exit, Command::RecentFirst})
-        ::PostMessageW(Main(), WM_COMMAND, CommandId(command), 0);
-    EXPECT_TRUE(window_->SaveFile()); // pumps what was posted
-    EXPECT_NE(::IsWindow(Main()), FALSE);
-    EXPECT_TRUE(window_->Document().IsOpen());
-    EXPECT_EQ(folder_.Read(u"data.bin"), "Aontent");
-    EXPECT_NE(::IsWindowEnabled(Hex()), FALSE);
-    EXPECT_EQ(::GetFocus(), Hex());
 }
 
 TEST_F(AppWindowTest, RefusesToEndTheSessionUntilChangesAreSaved) {
@@ -172,18 +167,16 @@ TEST_F(AppWindowTest, SaysWhenMemoryRanOutAndGoesOn) {
     Start(folder_.Write(u"data.bin", "content"));
     Run(Command::ToggleReadOnly);
     Type("41");
-    boxesClosed = 0;
-    const UINT_PTR timer = ::SetTimer(nullptr, 0, 50, CloseBox);
     for (const int succeeding : {0, 12}) { // before the save is busy, and while the menu is built
         allocationsUntilFailure = succeeding;
-        Run(Command::Save);
+        EXPECT_EQ(BoxesOf(Command::Save), 1);
         EXPECT_FALSE(window_->Busy());
         EXPECT_TRUE(window_->Document().IsModified());
     }
-    ::KillTimer(nullptr, timer);
-    EXPECT_EQ(boxesClosed, 2);
+    ::SetFocus(Hex());
     EXPECT_TRUE(window_->SaveFile());
     EXPECT_EQ(folder_.Read(u"data.bin"), "Aontent");
+    EXPECT_EQ(::GetFocus(), Hex()) << "which the view lost while the save had it disabled";
 }
 
 // Has the search dialog, once it is there, run out of memory while it fills its list.
@@ -199,13 +192,7 @@ void CALLBACK ExhaustDialog(HWND, UINT, UINT_PTR, DWORD) {
 
 TEST_F(AppWindowTest, ClosesADialogThatRunsOutOfMemory) {
     Start(folder_.Write(u"data.bin", "content"));
-    boxesClosed = 0;
-    const UINT_PTR exhaust = ::SetTimer(nullptr, 0, 50, ExhaustDialog);
-    const UINT_PTR close = ::SetTimer(nullptr, 0, 50, CloseBox);
-    Run(Command::Find);
-    ::KillTimer(nullptr, exhaust);
-    ::KillTimer(nullptr, close);
-    EXPECT_EQ(boxesClosed, 1);
+    EXPECT_EQ(BoxesOf(Command::Find, ExhaustDialog), 1);
     EXPECT_EQ(::FindWindowW(L"Kivra.SearchDialog", nullptr), nullptr);
     EXPECT_NE(::IsWindowEnabled(Main()), FALSE);
 }
@@ -224,12 +211,7 @@ void CALLBACK ExhaustOwner(HWND, UINT, UINT_PTR timer, DWORD) {
 
 TEST_F(AppWindowTest, ShowsAMessageBoxOverTheDialogThatIsOpen) {
     Start(folder_.Write(u"data.bin", "content"));
-    boxesClosed = 0;
-    ::SetTimer(nullptr, 0, 50, ExhaustOwner);
-    const UINT_PTR close = ::SetTimer(nullptr, 0, 50, CloseBox);
-    Run(Command::GoTo);
-    ::KillTimer(nullptr, close);
-    EXPECT_EQ(boxesClosed, 1);
+    EXPECT_EQ(BoxesOf(Command::GoTo, ExhaustOwner), 1);
     EXPECT_NE(prompt, nullptr);
     EXPECT_EQ(boxOwner, prompt);
 }

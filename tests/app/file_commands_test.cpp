@@ -1,7 +1,5 @@
 #include "app/file_commands.h"
 
-#include "app/command_dispatch.h"
-#include "settings/settings_file.h"
 #include "tests/app/shell_fakes.h"
 
 #include <gmock/gmock.h>
@@ -22,8 +20,7 @@ class FileCommands : public testing::Test {
 protected:
     // Opens a file and changes its first byte to '!'.
     std::u16string OpenModified(const std::string& content = "content") {
-        const std::u16string path = rig.folder.Write(u"data.bin", content);
-        EXPECT_TRUE(OpenFile(shell, path));
+        const std::u16string path = rig.Open(content);
         EXPECT_TRUE(shell.Document().OverwriteByte(0, '!'));
         shell.OnViewChanged();
         rig.files.ResetCounts();
@@ -52,9 +49,7 @@ TEST_F(FileCommands, OpeningShowsTheChosenFileReadOnlyAndRemembersIt) {
     EXPECT_EQ(host.title, u"app.title - data.bin");
     EXPECT_FALSE(SaveIsGrey());
     EXPECT_FALSE(shell.View().State().editable);
-    AppSettings stored;
-    LoadSettings(rig.folder.Path(u"settings.json"), stored);
-    EXPECT_EQ(stored.recentFiles, Texts{*host.chosenFile});
+    EXPECT_EQ(rig.Stored().recentFiles, Texts{*host.chosenFile});
 }
 
 TEST_F(FileCommands, AFailedOpenLeavesNoDocumentAndSaysSo) {
@@ -70,12 +65,16 @@ TEST_F(FileCommands, AFailedOpenLeavesNoDocumentAndSaysSo) {
     EXPECT_EQ(shell.Settings().recentFiles.size(), 1U);
 }
 
-TEST_F(FileCommands, CancelAtTheQuestionKeepsEverything) {
+TEST_F(FileCommands, AQuestionKeepsCommandsOutAndItsCancelKeepsEverything) {
     const std::u16string path = OpenModified();
     host.chosenFile = rig.folder.Write(u"other.bin", "other");
     shell.Settings().recentFiles.push_back(*host.chosenFile);
     void (*const actions[])(Shell&) = {OpenWithDialog, CloseFile, Exit,
                                        [](Shell& each) { OpenRecentFile(each, 1); }};
+    host.duringModal = [this] {
+        rig.Run(Command::Close);
+        Exit(shell);
+    };
     for (const auto action : actions) {
         host.boxes.clear();
         host.answers = {SaveChangesAnswer::Cancel};
@@ -119,31 +118,24 @@ TEST_F(FileCommands, AFailedSaveAtTheQuestionStopsTheAction) {
     ExpectIdle();
 }
 
-TEST_F(FileCommands, ASaveShowsItsProgressAndKeepsTheViewAndTheMenuOff) {
-    OpenModified(std::string(3 << 20, 'x'));
-    EXPECT_TRUE(shell.Document().InsertByte(1, '?')); // through a temporary file
+TEST_F(FileCommands, EverySaveShowsItsProgressAnewWithTheViewAndTheMenuOff) {
+    EXPECT_TRUE(SaveFile(shell)) << "without a file there is nothing to save or show";
+    rig.Open("content");
+    host.tickStep = 0;
     host.duringPump = [this] {
         EXPECT_TRUE(host.menu[0].greyed);
         EXPECT_FALSE(host.viewEnabled);
     };
-    EXPECT_TRUE(SaveFile(shell));
-    EXPECT_EQ(rig.folder.Read(u"data.bin"), "!?" + std::string((3 << 20) - 1, 'x'));
-    EXPECT_GE(host.painted.size(), 4U);
+    for (const char last : {'T', '!'}) {
+        EXPECT_TRUE(shell.Document().OverwriteByte(6, static_cast<std::uint8_t>(last)));
+        EXPECT_TRUE(SaveFile(shell));
+    }
+    EXPECT_EQ(rig.folder.Read(u"data.bin"), "conten!");
+    EXPECT_THAT(host.painted, ElementsAre(u"status.saving", u"status.saving 100%", u"status.saving",
+                                          u"status.saving 100%"));
     EXPECT_FALSE(host.menu[0].greyed);
     EXPECT_TRUE(host.status.starts_with(u"status.offset"));
     ExpectIdle();
-}
-
-TEST_F(FileCommands, EverySaveShowsItsProgressAnew) {
-    EXPECT_TRUE(SaveFile(shell)) << "without a file there is nothing to save or show";
-    OpenFile(shell, rig.folder.Write(u"data.bin", "content"));
-    host.tickStep = 0;
-    EXPECT_TRUE(shell.Document().OverwriteByte(6, 'T'));
-    EXPECT_TRUE(SaveFile(shell));
-    EXPECT_TRUE(shell.Document().OverwriteByte(6, '!'));
-    EXPECT_TRUE(SaveFile(shell));
-    EXPECT_THAT(host.painted, ElementsAre(u"status.saving", u"status.saving 100%", u"status.saving",
-                                          u"status.saving 100%"));
 }
 
 TEST_F(FileCommands, TheSessionGoesOnWhileChangesAreUnsavedOrBeingSaved) {
@@ -184,9 +176,8 @@ TEST_F(FileCommands, CommandsThatArriveDuringASaveAreDropped) {
     host.chosenFile = rig.folder.Write(u"other.bin", "other");
     host.duringPump = [&] {
         for (const Command command : {Command::Open, Command::Save, Command::Close, Command::Exit,
-                                      Command::ToggleReadOnly, Command::RecentFirst}) {
-            EXPECT_TRUE(DispatchCommand(shell, CommandId(command)));
-        }
+                                      Command::ToggleReadOnly, Command::RecentFirst})
+            rig.Run(command);
         Exit(shell); // the window's close button
         EXPECT_FALSE(SaveFile(shell));
         OpenDroppedFiles(shell, {*host.chosenFile});
@@ -198,19 +189,6 @@ TEST_F(FileCommands, CommandsThatArriveDuringASaveAreDropped) {
     EXPECT_EQ(host.processes.size(), host.painted.size()) << "each drop opened elsewhere";
     EXPECT_EQ(rig.folder.Read(u"data.bin"), "!ontent");
     EXPECT_EQ(host.title, u"app.title - data.bin");
-}
-
-TEST_F(FileCommands, CommandsThatArriveWhileAQuestionWaitsAreDropped) {
-    const std::u16string path = OpenModified();
-    host.answers = {SaveChangesAnswer::Cancel};
-    host.duringModal = [this] {
-        EXPECT_TRUE(DispatchCommand(shell, CommandId(Command::Close)));
-        Exit(shell);
-    };
-    CloseFile(shell);
-    EXPECT_THAT(host.boxes, ElementsAre(kQuestion));
-    EXPECT_EQ(shell.Document().GetPath(), path);
-    EXPECT_FALSE(host.destroyed);
 }
 
 TEST_F(FileCommands, ARecentFileMovesToTheFrontAndOnePastTheEndIsIgnored) {
