@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <optional>
 
+#include <imm.h>
 #include <windowsx.h>
 
 namespace kvx {
@@ -197,7 +198,9 @@ LRESULT HexViewWindow::Impl::Dispatch(UINT message, WPARAM wParam, LPARAM lParam
     }
 }
 
+// Digits are keys here: an input method that is on would make a composition of them.
 LRESULT HexViewWindow::Impl::OnCreate() {
+    ::ImmAssociateContext(window_, nullptr);
     view_.SetDpi(WindowDpi());
     return 0;
 }

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <imm.h>
+
 namespace kvx {
 namespace {
 
@@ -44,6 +46,12 @@ TEST(HexViewWindow, TheHorizontalBarComesOnlyWhenTheWindowIsNarrow) {
     stage.Resize(WindowStage::kWidth, WindowStage::kHeight);
     EXPECT_FALSE(isShown());
     EXPECT_EQ(stage.State().scrollX, 0);
+}
+
+TEST(HexViewWindow, NoInputMethodComesBetweenItAndTheKeys) {
+    WindowStage stage;
+    EXPECT_NE(::ImmGetContext(stage.parent), nullptr);
+    EXPECT_EQ(::ImmGetContext(stage.window.Handle()), nullptr);
 }
 
 TEST(HexViewWindow, TheBlinkTimerRunsWhileInsertingWithTheFocus) {
