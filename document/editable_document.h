@@ -45,7 +45,8 @@ public:
 
     /// Writes the edits to the file. True: the file equals the document, no edits are left and the
     /// file is open again. False: the edits are kept and GetLastErrorText() says why (it may be
-    /// empty).
+    /// empty). False also when the file, saved or not, does not open again: the document is closed
+    /// then and IsModified() tells whether its edits are still to be saved.
     bool Save(const ProgressCallback& progress = {});
 
     /// Why the last Save failed, for the user; empty after a success.

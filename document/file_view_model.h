@@ -31,8 +31,8 @@ public:
     std::u16string GetPath() const override { return path_; }
     Bytes ReadBytes(std::uint64_t offset, std::uint64_t count) const override;
 
-    /// One positioned read into `target`; gives the bytes read, 0 at the end, when closed, on
-    /// failure.
+    /// Reads into `target`, call after call while they give something; gives the bytes read, fewer
+    /// than asked at the end and where a call fails.
     std::size_t ReadInto(std::uint64_t offset, std::span<std::uint8_t> target) const override;
 
     /// The same, with the reason of a failure in `error`; 0 when nothing failed.
