@@ -255,7 +255,7 @@ LRESULT AppWindow::Dispatch(UINT message, WPARAM wParam, LPARAM lParam) {
         shell_.OnEditRefused();
         return 0;
     case kZoomChanged:
-        shell_.OnZoomChanged();
+        shell_.RefreshStatus();
         return 0;
     default:
         return DispatchPaneMessage(message, wParam, lParam);

@@ -89,7 +89,6 @@ public:
     // Notifications.
     void OnViewChanged();
     void OnEditRefused();
-    void OnZoomChanged() { RefreshStatus(); }
     void OnFlashTimer();
 
 private:
