@@ -5,7 +5,13 @@
 namespace kvx {
 namespace {
 
+constexpr std::u16string_view kRowEnd = u"\r\n";
 constexpr char16_t kFullWidthBlank = 0x3000;
+
+/// A longer line, of a file that is no pattern, is cut: a text box takes seconds to paint
+/// megabytes.
+constexpr std::size_t kMostColumns = 1000;
+constexpr std::u16string_view kCut = u"...";
 
 struct Range {
     char16_t first;
@@ -37,20 +43,30 @@ bool HasFullWidth(std::u16string_view text) {
     return std::ranges::any_of(text, IsFullWidth);
 }
 
-std::u16string WithCaretInPlace(std::u16string error) {
-    if (!error.ends_with(u'^')) return error;
-    const std::size_t rowEnd = error.rfind(u"\r\n");
-    if (rowEnd == std::u16string::npos || rowEnd == 0) return error;
-    const std::size_t before = error.rfind(u'\n', rowEnd - 1);
-    if (before == std::u16string::npos) return error;
-    const std::size_t line = before + 1;
-    const std::size_t caretRow = rowEnd + 2;
-    std::replace(error.begin() + static_cast<std::ptrdiff_t>(line),
-                 error.begin() + static_cast<std::ptrdiff_t>(rowEnd), u'\t', u' ');
-    for (std::size_t i = 0; caretRow + i + 1 < error.size() && line + i < rowEnd; ++i) {
-        if (IsFullWidth(error[line + i])) error[caretRow + i] = kFullWidthBlank;
-    }
-    return error;
+std::u16string WithCaretInPlace(std::u16string_view error) {
+    const std::size_t lineEnd = error.rfind(kRowEnd);
+    if (!error.ends_with(u'^') || lineEnd == error.npos || lineEnd == 0)
+        return std::u16string(error);
+    const std::size_t messageEnd = error.rfind(kRowEnd, lineEnd - 1);
+    if (messageEnd == error.npos) return std::u16string(error);
+
+    const std::size_t lineStart = messageEnd + kRowEnd.size();
+    const std::u16string_view line = error.substr(lineStart, lineEnd - lineStart);
+    const std::size_t column = error.size() - lineEnd - kRowEnd.size() - 1;
+    const std::size_t from = std::min(line.size() - std::min(line.size(), kMostColumns),
+                                      column - std::min(column, kMostColumns / 2));
+    const std::u16string_view part = line.substr(from, kMostColumns);
+
+    std::u16string shown(error.substr(0, lineStart));
+    if (from > 0) shown += kCut;
+    for (const char16_t unit : part)
+        shown += unit < u' ' ? u' ' : unit;
+    if (from + part.size() < line.size()) shown += kCut;
+    shown += kRowEnd;
+    if (from > 0) shown.append(kCut.size(), u' ');
+    for (std::size_t i = 0; i < std::min(column - from, kMostColumns); ++i)
+        shown += i < part.size() && IsFullWidth(part[i]) ? kFullWidthBlank : u' ';
+    return shown += u'^';
 }
 
 } // namespace kvx

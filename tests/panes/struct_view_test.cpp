@@ -130,6 +130,11 @@ TEST_F(StructViewModelTest, PutsTheCaretOfAnErrorUnderItsColumnInAFixedPitch) {
     const std::pair<std::string, std::string> cases[] = {
         {"struct A {\t\tchar 7; };", "struct A {  char 7; };\r\n            ^"},
         {"/* 日本 ｱ é */ x", "/* 日本 ｱ é */ x\r\n   \u3000\u3000        ^"},
+        {{"struct\0A", 8}, "struct A\r\n      ^"},
+        {std::string(3000, 'a') + '#' + std::string(3000, 'b'),
+         "..." + std::string(500, 'a') + '#' + std::string(499, 'b') + "...\r\n" +
+             std::string(503, ' ') + '^'},
+        {"a\r" + std::string(3000, 'b') + '#', "a\r\n" + std::string(1000, ' ') + '^'},
     };
     for (const auto& [line, shown] : cases) {
         model.Load(folder.Write(u"pair.kvpat", line));
