@@ -84,8 +84,11 @@ bool SaveFile(Shell& shell) {
     if (shell.Busy()) return false;
     if (!shell.Document().IsOpen()) return true;
     const bool saved = SaveShowingProgress(shell);
-    // The file may have vanished between its writing and its opening again.
-    if (!shell.Document().IsOpen()) shell.AttachDocument();
+    // What was opened again is what other programs have made of the file, if they left it at all.
+    if (shell.Document().IsOpen())
+        shell.View().FitDocument();
+    else
+        shell.AttachDocument();
     shell.RefreshAll();
     if (!saved) shell.ShowError(SaveErrorText(shell));
     return saved;

@@ -52,6 +52,13 @@ void HexView::SetDocument(const IReadOnlyDocument* document, IEditableDocument* 
     host_.Invalidate();
 }
 
+void HexView::FitDocument() {
+    if (state_.hasSelection) SetSelection(state_.selAnchor, state_.selEnd);
+    FitOffsetColumn(state_);
+    UpdateScrollBars();
+    host_.Invalidate();
+}
+
 void HexView::SetZoom(float step) {
     const float zoom = std::clamp(state_.zoom + step, kMinZoom, kMaxZoom);
     // Ten steps of a tenth up and ten down must meet again: binary fractions alone would drift.

@@ -58,6 +58,8 @@ public:
     /// object, or null when it cannot be edited. Insert or overwrite mode stays. Neither is owned;
     /// both must stay valid until the next call.
     void SetDocument(const IReadOnlyDocument* document, IEditableDocument* editable);
+    /// To be told when the size of the document has changed other than by the view's own edits.
+    void FitDocument();
     void SetZoom(float step); ///< adds `step`, within 0.6 and 2.5
     void ResetZoom();
     void SetFont(const std::u16string& family, float points, bool bold, bool italic); ///< 6 to 48

@@ -171,6 +171,22 @@ TEST_F(FileCommands, AFileThatCannotBeOpenedAgainAfterItsSaveIsShownNoLonger) {
     EXPECT_FALSE(shell.View().State().editable);
 }
 
+TEST_F(FileCommands, AFileThatAnotherProgramResizedIsShownInItsSizeAfterASave) {
+    const std::filesystem::path path = OpenModified();
+    std::filesystem::resize_file(path, 160);
+    EXPECT_TRUE(SaveFile(shell));
+    EXPECT_EQ(rig.stage.host.vertical.max, 9);
+    shell.View().SetCaret(159);
+    shell.View().SetSelection(100, 159);
+    std::filesystem::resize_file(path, 3);
+    EXPECT_TRUE(shell.Document().OverwriteByte(0, '?'));
+    EXPECT_TRUE(SaveFile(shell));
+    const HexViewState& view = shell.View().State();
+    EXPECT_EQ((std::array{view.caret, view.selAnchor, view.selEnd}),
+              (std::array<std::uint64_t, 3>{2, 2, 2}));
+    EXPECT_EQ(rig.folder.Read(u"data.bin"), "?on");
+}
+
 TEST_F(FileCommands, CommandsThatArriveDuringASaveAreDropped) {
     OpenModified();
     host.chosenFile = rig.folder.Write(u"other.bin", "other");
