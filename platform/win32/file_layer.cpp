@@ -19,8 +19,9 @@ FileResult Outcome(BOOL done) {
 
 UniqueFileHandle OpenHandle(const std::u16string& path, DWORD access, DWORD sharing,
                             DWORD disposition, ErrorCode& error) {
-    UniqueFileHandle handle(::CreateFileW(AsWide(ExtendedPath(path)), access, sharing, nullptr,
-                                          disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
+    const std::u16string extended = ExtendedPath(path); // freed after the error was asked for
+    UniqueFileHandle handle(::CreateFileW(AsWide(extended), access, sharing, nullptr, disposition,
+                                          FILE_ATTRIBUTE_NORMAL, nullptr));
     error = handle ? 0 : ::GetLastError();
     return handle;
 }
