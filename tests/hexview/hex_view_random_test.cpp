@@ -1,85 +1,16 @@
-// Random input against a plain model of caret, selection and bytes, from fixed seeds.
+// Random input against the plain view, from fixed seeds.
 #include "hexview/frame.h"
 #include "hexview/hex_digits.h"
 #include "hexview/hex_view_layout.h"
+#include "tests/hexview/plain_view.h"
 #include "tests/hexview/view_stage.h"
 
 #include <gtest/gtest.h>
 
-#include <optional>
 #include <random>
 
 namespace kvx {
 namespace {
-
-/// What a user expects of the view, said without rows, scrolling or hosts.
-class Model {
-public:
-    explicit Model(Bytes content) : bytes(std::move(content)) {}
-
-    Bytes bytes;
-    std::size_t caret = 0;
-    bool inserting = false;
-    std::optional<std::pair<std::uint64_t, std::uint64_t>> selection;
-
-    std::size_t Last() const { return bytes.size() - (inserting || bytes.empty() ? 0 : 1); }
-
-    void MoveTo(std::size_t offset) {
-        caret = std::min(offset, Last());
-        selection.reset();
-        half.reset();
-    }
-    void MoveBy(std::ptrdiff_t delta) {
-        const auto target = static_cast<std::ptrdiff_t>(caret) + delta;
-        MoveTo(target < 0 ? 0 : static_cast<std::size_t>(target));
-    }
-    void Click(std::size_t offset) {
-        MoveTo(offset);
-        selection = {offset, offset};
-    }
-    void Toggle() {
-        inserting = !inserting;
-        caret = std::min(caret, Last());
-        half.reset();
-    }
-    void Type(unsigned digit) {
-        if (!inserting && bytes.empty()) return;
-        if (!half) {
-            half = digit;
-            if (!inserting)
-                bytes[caret] = static_cast<std::uint8_t>(digit * 16 + bytes[caret] % 16);
-            return;
-        }
-        const auto value = static_cast<std::uint8_t>(*half * 16 + digit);
-        half.reset();
-        if (inserting)
-            bytes.insert(At(caret), value);
-        else
-            bytes[caret] = value;
-        if (caret < Last()) MoveTo(caret + 1);
-    }
-    void Remove(bool forward) {
-        if (bytes.empty()) return;
-        std::size_t first = forward ? caret : caret - 1;
-        std::size_t count = 1;
-        if (selection) {
-            const auto [low, high] = std::minmax(selection->first, selection->second);
-            first = static_cast<std::size_t>(low);
-            count = static_cast<std::size_t>(high - low) + 1;
-        } else if (forward ? caret == bytes.size() : caret == 0) {
-            return;
-        }
-        bytes.erase(At(first), At(first + count));
-        MoveTo(first);
-    }
-
-private:
-    std::optional<unsigned> half;
-
-    Bytes::iterator At(std::size_t offset) {
-        return std::next(bytes.begin(), static_cast<std::ptrdiff_t>(offset));
-    }
-};
 
 class RandomDriver {
 public:
@@ -99,7 +30,8 @@ public:
 
     void Check() {
         const HexViewState& state = stage_.State();
-        ASSERT_EQ(stage_.document.bytes, model_.bytes);
+        const Bytes bytes = model_.document.Content();
+        ASSERT_EQ(stage_.document.bytes, bytes);
         ASSERT_EQ(state.caret, model_.caret);
         ASSERT_EQ(state.hasSelection, model_.selection.has_value());
         const std::pair selected(state.selAnchor, state.selEnd);
@@ -109,20 +41,20 @@ public:
         ASSERT_LE(state.scrollX, LargestScrollX(state));
         ASSERT_EQ(stage_.host.vertical, VerticalBar(state));
         ASSERT_EQ(stage_.host.horizontal, HorizontalBar(state));
-        CheckFrame(BuildFrame(state));
+        CheckFrame(BuildFrame(state), bytes);
     }
 
 private:
     std::size_t Below(std::size_t end) { return random_() % end; }
 
     void Move() {
-        const auto page = static_cast<std::ptrdiff_t>(VisibleRows(stage_.State()) * 16);
-        const std::pair<Key, std::ptrdiff_t> steps[] = {
+        const auto page = static_cast<std::int64_t>(VisibleRows(stage_.State()) * 16);
+        const std::pair<Key, std::int64_t> steps[] = {
             {Key::Left, -1}, {Key::Right, 1},      {Key::Up, -16},
             {Key::Down, 16}, {Key::PageUp, -page}, {Key::PageDown, page},
         };
         const bool control = Below(4) == 0;
-        const std::size_t rowStart = model_.caret / 16 * 16;
+        const std::uint64_t rowStart = model_.caret / 16 * 16;
         const std::size_t choice = Below(8);
         const Key key = choice < 6 ? steps[choice].first : choice == 6 ? Key::Home : Key::End;
         stage_.view.OnKeyDown(key, control);
@@ -144,7 +76,7 @@ private:
         const PointPx down = RandomPoint();
         const auto hit = stage_.view.HitTest(down);
         stage_.view.OnLeftButtonDown(down);
-        if (hit) model_.Click(static_cast<std::size_t>(*hit));
+        if (hit) model_.Select(*hit, *hit);
         for (std::size_t moves = Below(3); moves > 0; --moves) {
             const PointPx to = RandomPoint();
             const auto over = stage_.view.HitTest(to);
@@ -173,7 +105,7 @@ private:
 
     void Toggle() {
         stage_.view.OnKeyDown(Key::Insert, false);
-        model_.Toggle();
+        model_.ToggleInserting();
     }
 
     void Remove() {
@@ -194,23 +126,23 @@ private:
         return row >= top && row < top + VisibleRows(stage_.State());
     }
 
-    void CheckFrame(const Frame& frame) const {
+    void CheckFrame(const Frame& frame, const Bytes& bytes) const {
         const HexViewState& state = stage_.State();
         const auto first = static_cast<std::size_t>(state.topRow * 16);
-        const std::size_t count = std::min(model_.bytes.size() - first,
-                                           static_cast<std::size_t>(VisibleRows(state) * 16));
+        const std::size_t count =
+            std::min(bytes.size() - first, static_cast<std::size_t>(VisibleRows(state) * 16));
         ASSERT_EQ(frame.hex.texts.size(), count);
-        const bool outlined = !model_.inserting && !model_.bytes.empty() && ShowsCaretRow();
+        const bool outlined = !model_.inserting && !bytes.empty() && ShowsCaretRow();
         ASSERT_EQ(frame.outlines.size(), outlined ? 2U : 0U);
         for (std::size_t i = 0; i < count; ++i) {
-            const auto pair = HexPair(model_.bytes[first + i]);
+            const auto pair = HexPair(bytes[first + i]);
             ASSERT_EQ(frame.hex.texts[i].text, std::u16string(pair.begin(), pair.end()));
         }
     }
 
     std::mt19937 random_;
     ViewStage stage_;
-    Model model_;
+    PlainView model_;
 };
 
 TEST(HexViewRandom, AgreesWithThePlainModelUnderAnyInput) {

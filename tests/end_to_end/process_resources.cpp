@@ -1,0 +1,221 @@
+#include "process_resources.h"
+
+#include "platform/win32/handle.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstddef>
+#include <sstream>
+#include <system_error>
+#include <vector>
+
+#include <psapi.h>
+#include <tlhelp32.h>
+#include <winternl.h>
+
+namespace kvx::test {
+namespace {
+
+[[noreturn]] void Fail(const char* what) {
+    throw std::system_error(static_cast<int>(::GetLastError()), std::system_category(), what);
+}
+
+// Documented nowhere, the same in every 64-bit Windows since the first.
+constexpr auto kExtendedHandleInformation = std::bit_cast<SYSTEM_INFORMATION_CLASS>(0x40);
+constexpr std::size_t kGdiTableInPeb = 0xF8;
+constexpr std::size_t kGdiTableEntries = 0x4000;
+
+struct HandleEntry {
+    void* object;
+    ULONG_PTR processId;
+    ULONG_PTR handle;
+    ULONG access;
+    USHORT creator;
+    USHORT type;
+    ULONG attributes;
+    ULONG reserved;
+};
+
+struct HandleTable {
+    ULONG_PTR count;
+    ULONG_PTR reserved;
+    HandleEntry entries[1];
+};
+
+struct GdiEntry {
+    std::uint64_t object;
+    std::uint32_t owner;
+    std::uint16_t unique;
+    std::uint8_t type; ///< 0: free
+    std::uint8_t flags;
+    std::uint64_t data;
+};
+
+// The count by process that the system offers is always 0 under Wine.
+std::uint64_t CountKernelHandles(DWORD processId) {
+    constexpr std::size_t kFirstSize = std::size_t{1} << 20;
+    constexpr std::size_t kLargestSize = std::size_t{1} << 28;
+    for (std::size_t size = kFirstSize; size <= kLargestSize; size *= 2) {
+        std::vector<std::max_align_t> memory(size / sizeof(std::max_align_t));
+        if (::NtQuerySystemInformation(kExtendedHandleInformation, memory.data(),
+                                       static_cast<ULONG>(size), nullptr) != 0)
+            continue;
+        const auto* const table = reinterpret_cast<const HandleTable*>(memory.data());
+        const std::span entries(table->entries, table->count);
+        return static_cast<std::uint64_t>(
+            std::ranges::count(entries, ULONG_PTR{processId}, &HandleEntry::processId));
+    }
+    Fail("the handles of all processes cannot be listed");
+}
+
+std::uint64_t CountThreads(DWORD processId) {
+    const UniqueFileHandle snapshot(::CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0));
+    THREADENTRY32 entry{};
+    entry.dwSize = sizeof entry;
+    std::uint64_t count = 0;
+    for (BOOL more = ::Thread32First(snapshot.Get(), &entry); more != FALSE;
+         more = ::Thread32Next(snapshot.Get(), &entry))
+        count += entry.th32OwnerProcessID == processId ? 1 : 0;
+    return count;
+}
+
+std::uint64_t PrivateBytesOf(HANDLE process) {
+    PROCESS_MEMORY_COUNTERS counters{};
+    if (::GetProcessMemoryInfo(process, &counters, sizeof counters) == FALSE)
+        Fail("the memory of the process cannot be asked for");
+    return counters.PagefileUsage;
+}
+
+void Read(HANDLE process, const void* address, void* into, std::size_t size) {
+    if (::ReadProcessMemory(process, address, into, size, nullptr) == FALSE)
+        Fail("the memory of the process cannot be read");
+}
+
+// Under Wine each process has a table of its own objects, whose address is in its own memory.
+std::uint64_t CountTabledGdiObjects(HANDLE process) {
+    PROCESS_BASIC_INFORMATION info{};
+    ::NtQueryInformationProcess(process, ProcessBasicInformation, &info, sizeof info, nullptr);
+    const auto* const peb = reinterpret_cast<const std::byte*>(info.PebBaseAddress);
+    const std::byte* table = nullptr;
+    std::vector<GdiEntry> entries(kGdiTableEntries);
+    Read(process, peb + kGdiTableInPeb, &table, sizeof table);
+    Read(process, table, entries.data(), entries.size() * sizeof(GdiEntry));
+    return static_cast<std::uint64_t>(
+        std::ranges::count_if(entries, [](const GdiEntry& entry) { return entry.type != 0; }));
+}
+
+std::uint64_t CountGdiObjects(HANDLE process) {
+    const DWORD counted = ::GetGuiResources(process, GR_GDIOBJECTS);
+    return counted != 0 ? counted : CountTabledGdiObjects(process);
+}
+
+// Menus are taken until no freed place is left in the table that all processes share: what follows
+// then are places never used before, one after the other. All before them are in use.
+std::uint64_t CountUserObjectsOfAll() {
+    constexpr std::size_t kCertain = 64;
+    constexpr std::size_t kMost = 20'000;
+    std::vector<HMENU> menus;
+    std::size_t last = 0;
+    for (std::size_t inARow = 0; inARow < kCertain && menus.size() < kMost;) {
+        menus.push_back(::CreateMenu());
+        const std::size_t place = LOWORD(reinterpret_cast<ULONG_PTR>(menus.back())) / 2;
+        inARow = place == last + 1 ? inARow + 1 : 0;
+        last = place;
+    }
+    // Places freed in this order do not come back one after the other, from whichever end.
+    for (const std::size_t first : {0U, 1U}) {
+        for (std::size_t i = first; i < menus.size(); i += 2)
+            ::DestroyMenu(menus[i]);
+    }
+    return menus.size() < kMost ? last - menus.size() : 0;
+}
+
+std::uint64_t CountUserObjects(HANDLE process) {
+    const DWORD counted = ::GetGuiResources(process, GR_USEROBJECTS);
+    return counted != 0 ? counted : CountUserObjectsOfAll();
+}
+
+struct WindowCount {
+    DWORD processId = 0;
+    std::uint64_t count = 0;
+};
+
+BOOL CALLBACK CountWindow(HWND window, LPARAM parameter) {
+    auto& search = *reinterpret_cast<WindowCount*>(parameter);
+    DWORD owner = 0;
+    ::GetWindowThreadProcessId(window, &owner);
+    if (owner == search.processId) ++search.count;
+    return TRUE;
+}
+
+// EnumChildWindows lists the descendants of the desktop too, but not what has no parent at all.
+std::uint64_t CountWindows(DWORD processId) {
+    WindowCount search{processId, 0};
+    ::EnumChildWindows(::GetDesktopWindow(), CountWindow, reinterpret_cast<LPARAM>(&search));
+    for (HWND window = nullptr;
+         (window = ::FindWindowExW(HWND_MESSAGE, window, nullptr, nullptr)) != nullptr;)
+        CountWindow(window, reinterpret_cast<LPARAM>(&search));
+    return search.count;
+}
+
+struct Kind {
+    const char* name;
+    std::uint64_t ProcessResources::*value;
+    /// What the median may grow by. ...
+    std::uint64_t bound;
+};
+
+constexpr Kind kKinds[] = {
+    {"GDI objects", &ProcessResources::gdiObjects, 2},
+    {"USER objects", &ProcessResources::userObjects, 2},
+    {"windows", &ProcessResources::windows, 0},
+    {"kernel handles", &ProcessResources::kernelHandles, 2},
+    {"threads", &ProcessResources::threads, 0},
+    {"private bytes", &ProcessResources::privateBytes, std::uint64_t{4} << 20},
+};
+
+std::uint64_t Median(std::span<const ProcessResources> samples,
+                     std::uint64_t ProcessResources::*value) {
+    std::vector<std::uint64_t> values;
+    for (const ProcessResources& sample : samples)
+        values.push_back(sample.*value);
+    std::ranges::sort(values);
+    return values[values.size() / 2];
+}
+
+} // namespace
+
+ProcessResources ResourcesOf(DWORD processId) {
+    const UniqueKernelHandle process(
+        ::OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, processId));
+    if (!process) Fail("the process cannot be opened");
+    ProcessResources resources;
+    resources.gdiObjects = CountGdiObjects(process.Get());
+    resources.userObjects = CountUserObjects(process.Get());
+    resources.windows = CountWindows(processId);
+    resources.kernelHandles = CountKernelHandles(processId);
+    resources.threads = CountThreads(processId);
+    resources.privateBytes = PrivateBytesOf(process.Get());
+    return resources;
+}
+
+std::string ToText(const ProcessResources& resources) {
+    std::ostringstream text;
+    for (const Kind& kind : kKinds)
+        text << (text.tellp() > 0 ? ", " : "") << resources.*kind.value << ' ' << kind.name;
+    return text.str();
+}
+
+std::string Growth(std::span<const ProcessResources> samples) {
+    const std::size_t third = samples.size() / 3;
+    std::ostringstream text;
+    for (const Kind& kind : kKinds) {
+        const std::uint64_t first = Median(samples.first(third), kind.value);
+        const std::uint64_t last = Median(samples.last(third), kind.value);
+        if (last > first + kind.bound)
+            text << kind.name << " grew from " << first << " to " << last << "; ";
+    }
+    return text.str();
+}
+
+} // namespace kvx::test
