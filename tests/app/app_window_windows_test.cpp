@@ -197,6 +197,27 @@ TEST_F(AppWindowTest, ClosesADialogThatRunsOutOfMemory) {
     EXPECT_NE(::IsWindowEnabled(Main()), FALSE);
 }
 
+int allocationsLeft = -1;
+
+// Has the link of the about box paint its focus while no memory can be had.
+void CALLBACK PaintLink(HWND, UINT, UINT_PTR, DWORD) {
+    const HWND about = ::FindWindowW(L"Kivra.AboutDialog", nullptr);
+    if (about == nullptr) return;
+    constexpr int kLink = 3205;
+    const HWND link = ::GetDlgItem(about, kLink);
+    ::SetFocus(link);
+    allocationsUntilFailure = 0;
+    ::RedrawWindow(link, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+    allocationsLeft = allocationsUntilFailure.exchange(-1);
+    ::PostMessageW(about, WM_CLOSE, 0, 0);
+}
+
+TEST_F(AppWindowTest, PaintsALinkWithoutMemory) {
+    Start(std::nullopt);
+    EXPECT_EQ(BoxesOf(Command::About, PaintLink), 0);
+    EXPECT_EQ(allocationsLeft, 0);
+}
+
 HWND prompt = nullptr;
 
 // Has the main window run out of memory below the go-to dialog.
