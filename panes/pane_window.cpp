@@ -96,6 +96,8 @@ LRESULT PaneWindow::Dispatch(UINT message, WPARAM wParam, LPARAM lParam) {
         Draw(paint.Dc());
         return 0;
     }
+    case WM_ACTIVATE:
+        return OnActivate(wParam, lParam);
     case WM_SIZE:
         OnSize(wParam);
         return 0;
@@ -122,10 +124,21 @@ LRESULT PaneWindow::Dispatch(UINT message, WPARAM wParam, LPARAM lParam) {
 
 LRESULT PaneWindow::OnCreate() {
     maximized_ = false;
+    lastFocus_ = nullptr;
     list_.SetDpi(static_cast<int>(::GetDpiForWindow(window_)));
     list_.Attach(window_, *content_);
     OnCreated();
     return 0;
+}
+
+// A window that becomes active takes the focus itself, whichever of its controls had it before.
+LRESULT PaneWindow::OnActivate(WPARAM wParam, LPARAM lParam) {
+    const bool active = LOWORD(wParam) != WA_INACTIVE;
+    if (!active) lastFocus_ = ::GetFocus();
+    const LRESULT answer = ::DefWindowProcW(window_, WM_ACTIVATE, wParam, lParam);
+    if (active && ::IsChild(window_, lastFocus_) && ::IsWindowVisible(lastFocus_))
+        ::SetFocus(lastFocus_);
+    return answer;
 }
 
 // Of the whole window, pixels at 96 DPI.

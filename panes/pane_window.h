@@ -81,6 +81,7 @@ private:
     bool RegisterWindowClass(HINSTANCE instance, HWND owner) const;
     LRESULT Dispatch(UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT OnCreate();
+    LRESULT OnActivate(WPARAM wParam, LPARAM lParam);
     int Width() const;
     void OnSize(WPARAM wParam);
     void OnUserSized();
@@ -95,6 +96,7 @@ private:
     int width_ = 0;       ///< as the user left it, pixels at 96 DPI; 0 before
     int widthBefore_ = 0; ///< the user began to move or size the window
     bool maximized_ = false;
+    HWND lastFocus_ = nullptr; ///< what has the focus when the window is active
 };
 
 } // namespace kvx
