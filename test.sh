@@ -49,6 +49,7 @@ step() {
     counts=", $step_passed passed, $step_failed failed, $step_skipped skipped"
     [ "${step_again:-0}" -eq 0 ] || counts+=", $step_again only at the second attempt (see $log)"
   fi
+  [ ! -s "$results/note" ] || counts+=", $(cat "$results/note")"
   [ "$result" = ok ] || tail -n 400 "$log"
   passed=$((passed + step_passed)) failed=$((failed + step_failed)) skipped=$((skipped + step_skipped))
   summary+=("$(printf '%-6s %4d s  %s%s' "$result" $((SECONDS - start)) "$title" "$counts")")
@@ -110,10 +111,15 @@ run_windows_tests() {
   run_tests "$kivra_build/windows-cmake" 600 "$@"
 }
 
+# What the end-to-end tests use of the program, in both attempts.
+exercised=$logs/exercised-records.txt
+
 # run_end_to_end_tests: with a full disk and a read-only folder at hand where the system allows them.
 run_end_to_end_tests() {
   local odd=$wine_run_dir/odd launcher=("$kivra_root/tools/with_odd_folders.sh" "$wine_run_dir/odd")
   mkdir -p "$odd/read-only" && head -c 4096 /dev/zero >"$odd/read-only/data.bin"
+  rm -f "$exercised"
+  export KIVRA_EXERCISED=Z:$exercised
   # Wine's server opens the files, so it has to start where the mounts are seen.
   wine_stop_server
   if "${launcher[@]}" true; then
@@ -138,6 +144,15 @@ run_failed_windows_tests_again() {
   read -r -a again <"$results/counts"
   printf '%d %d %d %d\n' $((first[0] + again[0])) "${again[1]}" "${first[2]}" "${again[0]}" >"$results/counts"
   [ "${again[1]}" -eq 0 ]
+}
+
+# check_everything_exercised: lists what the end-to-end tests have used of the program, and names what not.
+check_everything_exercised() {
+  local list=$logs/exercised.txt result=0
+  awk -f "$kivra_root/tools/exercised.awk" "$exercised" >"$list" || result=1
+  tail -n 1 "$list" | tee "$results/note"
+  grep '^MISSING' "$list"
+  return "$result"
 }
 
 # failed_cases <report>: prints the cases that failed, with colons between them.
@@ -179,6 +194,7 @@ if [ -z "$quick" ]; then
     if step 'Wine and its display' wine_begin --display; then
       step 'Windows unit tests under Wine' run_windows_tests -E '^end_to_end$'
       step 'End-to-end tests under Wine' run_end_to_end_tests
+      step 'Every command, key, dialog and box used by them' check_everything_exercised
     fi
   fi
   step 'clang-tidy' check_tidy "$kivra_build/tsan" "$kivra_build/windows-cmake"

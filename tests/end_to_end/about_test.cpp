@@ -1,12 +1,19 @@
 // The about box.
 #include "dialog_user.h"
 #include "program_texts.h"
+#include "replaced_import.h"
+#include "waiting.h"
 
 #include "app/about_command.h"
 #include "app/dialog_layout.h"
 #include "app/license_text.h"
+#include "platform/win32/wide.h"
 
 #include <gtest/gtest.h>
+
+#include <shellapi.h>
+
+KIVRA_IMPORT(ShellExecuteW);
 
 namespace kvx::test {
 namespace {
@@ -39,6 +46,28 @@ TEST(AboutTest, SaysWhatTheProgramIsAndUnderWhichLicence) {
         EXPECT_TRUE(dialog.WaitForEnd());
     });
     EXPECT_TRUE(::IsWindowEnabled(main));
+}
+
+std::wstring opened;
+
+HINSTANCE WINAPI OpenedIn(HWND, LPCWSTR verb, LPCWSTR file, LPCWSTR, LPCWSTR, INT) {
+    opened = std::wstring(verb) + L" " + file;
+    return nullptr;
+}
+
+TEST(AboutTest, AClickOpensTheHomePageAndCloseEndsIt) {
+    const ProgramCopy program;
+    const InProcessWindow window(program);
+    const ReplacedImport browser(__imp_ShellExecuteW, OpenedIn);
+    opened.clear();
+    UseDialog(window, kCommandAbout, L"Kivra.AboutDialog", [&](const Dialog& dialog) {
+        ASSERT_TRUE(dialog.WaitForFocus(kDefaultButtonId));
+        dialog.Click(kAboutHomepageId);
+        EXPECT_TRUE(WaitUntil([] { return !opened.empty(); }));
+        dialog.Press(kDefaultButtonId);
+        EXPECT_TRUE(dialog.WaitForEnd());
+    });
+    EXPECT_EQ(FromWide(opened), u"open " + std::u16string(kHomepage));
 }
 
 } // namespace

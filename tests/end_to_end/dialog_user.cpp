@@ -1,5 +1,6 @@
 #include "dialog_user.h"
 
+#include "exercised.h"
 #include "platform/win32/wide.h"
 #include "waiting.h"
 
@@ -29,10 +30,27 @@ HWND FocusIn(HWND window) {
 
 void Dialog::SetText(int id, const std::u16string& text) const {
     ::SendMessageW(Control(id), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(AsWide(text)));
+    Used(ControlUse(caption, id));
+}
+
+void Dialog::Press(int button) const {
+    if (IsEnabled(button)) Used(ControlUse(caption, button));
+    ::PostMessageW(Control(button), BM_CLICK, 0, 0);
+}
+
+void Dialog::Click(int control) const {
+    Used(ControlUse(caption, control));
+    ::PostMessageW(Control(control), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(2, 2));
+    ::PostMessageW(Control(control), WM_LBUTTONUP, 0, MAKELPARAM(2, 2));
+}
+
+void Dialog::Close() const {
+    if (::PostMessageW(window, WM_SYSCOMMAND, SC_CLOSE, 0)) Used(PathUse(caption, "close box"));
 }
 
 void Dialog::Key(WORD virtualKey) const {
-    ::PostMessageW(FocusIn(window), WM_KEYDOWN, virtualKey, 1);
+    if (::PostMessageW(FocusIn(window), WM_KEYDOWN, virtualKey, 1))
+        Used(PathUse(caption, KeyName(virtualKey)));
 }
 
 void Dialog::Mnemonic(char16_t letter) const {
@@ -44,6 +62,7 @@ void Dialog::Select(int list, int index) const {
     ::SendMessageW(Control(list), CB_SETCURSEL, static_cast<WPARAM>(index), 0);
     ::SendMessageW(window, WM_COMMAND, MAKEWPARAM(list, CBN_SELCHANGE),
                    reinterpret_cast<LPARAM>(Control(list)));
+    Used(ControlUse(caption, list));
 }
 
 std::vector<std::u16string> Dialog::Items(int list) const {
@@ -81,6 +100,7 @@ std::optional<Dialog> WaitForDialog(DWORD processId, std::wstring_view className
             dialog.window = window;
         return dialog.window != nullptr;
     });
+    if (came) dialog.caption = TextOf(dialog.window);
     return came ? std::optional(dialog) : std::nullopt;
 }
 
@@ -98,6 +118,7 @@ void UseDialog(const InProcessWindow& window, UINT command, std::wstring_view cl
         }
     });
     ::SendMessageW(::GetAncestor(window.View(), GA_ROOT), WM_COMMAND, command, 0);
+    Used(CommandUse(command));
     over = true;
     person.join();
 }

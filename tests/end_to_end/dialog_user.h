@@ -17,6 +17,7 @@ namespace kvx::test {
 /// One of the program's own dialogs.
 struct Dialog {
     HWND window = nullptr;
+    std::u16string caption{};
 
     HWND Control(int id) const { return ::GetDlgItem(window, id); }
     std::u16string Text(int id) const { return TextOf(Control(id)); }
@@ -24,7 +25,11 @@ struct Dialog {
     bool IsEnabled(int id) const { return ::IsWindowEnabled(Control(id)) != FALSE; }
 
     /// Does not wait for what follows.
-    void Press(int button) const { ::PostMessageW(Control(button), BM_CLICK, 0, 0); }
+    void Press(int button) const;
+    /// With the mouse.
+    void Click(int control) const;
+    /// The close box of its frame.
+    void Close() const;
     /// Presses a key in the control that has the focus.
     void Key(WORD virtualKey) const;
     /// Alt and a letter.

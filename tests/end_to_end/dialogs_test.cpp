@@ -18,7 +18,7 @@ struct TabOrder {
 
 class DialogTest : public testing::TestWithParam<TabOrder> {};
 
-TEST_P(DialogTest, ReachesEveryControlByTabAndEndsByEscape) {
+TEST_P(DialogTest, ReachesEveryControlByTabAndEndsByEscapeAndItsCloseBox) {
     const ProgramCopy program;
     const TempFolder files;
     const InProcessWindow window(program, files.Write(u"data.bin", "content"));
@@ -31,6 +31,11 @@ TEST_P(DialogTest, ReachesEveryControlByTabAndEndsByEscape) {
         dialog.Key(VK_ESCAPE);
         EXPECT_TRUE(dialog.WaitForEnd());
     });
+    UseDialog(window, GetParam().command, GetParam().className, [](const Dialog& dialog) {
+        dialog.Close();
+        EXPECT_TRUE(dialog.WaitForEnd());
+    });
+    EXPECT_TRUE(::IsWindowEnabled(window.Main()));
 }
 
 // A list that drops down is as high as its font makes it.
@@ -189,7 +194,7 @@ protected:
     KivraProcess kivra_{program_, Quoted(files_.Write(u"data.bin", "0123456789"))};
 };
 
-TEST_F(DialogKeysTest, SearchAndGoToNeedNoMouse) {
+TEST_F(DialogKeysTest, SearchGoToAndTheEndNeedNoMouse) {
     const auto prompt = TypeInto('G', L"Kivra.PromptDialog", "3");
     ASSERT_TRUE(prompt && prompt->WaitForEnd());
     EXPECT_EQ(Caret(), u"3");
@@ -200,6 +205,9 @@ TEST_F(DialogKeysTest, SearchAndGoToNeedNoMouse) {
     search->Key(VK_ESCAPE);
     ASSERT_TRUE(search->WaitForEnd());
     EXPECT_EQ(Caret(), u"7");
+    EXPECT_TRUE(kivra_.Keys().TakeForeground());
+    kivra_.Keys().PressAltF4();
+    EXPECT_EQ(kivra_.WaitForExit(), 0);
 }
 
 } // namespace

@@ -119,6 +119,18 @@ TEST_F(DropTest, AnOpenDocumentIsNeverReplaced) {
     EXPECT_EQ(kivra.Title(), text_.Title(u"open.bin"));
 }
 
+TEST_F(DropTest, AFileThatGetsNoProcessOfItsOwnIsToldOf) {
+    KivraProcess kivra(program_, Quoted(File("open.bin")));
+    ASSERT_TRUE(kivra.WaitForWindow());
+    std::filesystem::rename(program_.Program(), program_.Folder() / "renamed.exe");
+    ASSERT_TRUE(Drop(kivra, {File("dropped.bin")}));
+    const auto box = kivra.WaitForBox();
+    ASSERT_TRUE(box);
+    EXPECT_EQ(box->Text(), text_("error.open_new_instance_failed"));
+    ASSERT_TRUE(box->Press(IDOK));
+    EXPECT_EQ(kivra.Title(), text_.Title(u"open.bin"));
+}
+
 TEST_F(DropTest, AFileThatDoesNotOpenLeavesTheWindowToTheNextOne) {
     KivraProcess kivra(program_, L"");
     ASSERT_TRUE(kivra.WaitForWindow());

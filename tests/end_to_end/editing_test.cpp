@@ -6,6 +6,7 @@
 #include "waiting.h"
 
 #include "platform/file_layer.h"
+#include "settings/settings_file.h"
 
 #include <gtest/gtest.h>
 
@@ -167,6 +168,50 @@ TEST_F(EditingTest, ClosingWithChangesAsksAndDoesWhatIsAnswered) {
         kivra->Run(kCommandSave); // the change was kept
         EXPECT_TRUE(FileEquals(path_, changed));
     }
+}
+
+TEST_F(EditingTest, EveryCommandThatGivesUpTheChangesAsksFirst) {
+    const std::string original = KnownBytes(100);
+    const std::filesystem::path other = files_.Root() / "other.bin";
+    WriteFileBytes(other, original);
+    AppSettings settings;
+    settings.recentFiles = {other.u16string()};
+    ASSERT_TRUE(SaveSettings(program_.SettingsFile().u16string(), settings).ok);
+    const auto kivra = Show(original);
+    kivra->Type("77");
+    ASSERT_TRUE(kivra->WaitForTitle(modified_));
+    const auto answer = [&](UINT command, int button) {
+        SCOPED_TRACE(command);
+        kivra->Post(command);
+        const auto box = kivra->WaitForBox();
+        ASSERT_TRUE(box);
+        EXPECT_EQ(box->Text(), text_("confirm.save_changes"));
+        EXPECT_TRUE(button == IDCLOSE ? box->Close() : box->Press(button));
+    };
+    const UINT commands[] = {kCommandOpen, kCommandClose, kCommandExit, kCommandRecentFirst + 1U};
+    for (const UINT command : commands) {
+        for (const int button : {IDCANCEL, IDCLOSE}) {
+            answer(command, button);
+            EXPECT_EQ(kivra->Title(), modified_);
+        }
+    }
+    answer(kCommandOpen, IDNO);
+    EXPECT_TRUE(CancelFileDialog(kivra->Id()));
+    EXPECT_EQ(kivra->Title(), modified_);
+    answer(kCommandRecentFirst + 1U, IDNO);
+    EXPECT_TRUE(kivra->WaitForTitle(text_.Title(u"other.bin")));
+    EXPECT_TRUE(FileEquals(path_, original));
+
+    kivra->Run(kCommandToggleReadOnly);
+    kivra->Type("77");
+    answer(kCommandClose, IDNO);
+    EXPECT_TRUE(kivra->WaitForTitle(text_("app.title")));
+    kivra->Run(kCommandRecentFirst);
+    kivra->Run(kCommandToggleReadOnly);
+    kivra->Type("78");
+    answer(kCommandExit, IDYES);
+    EXPECT_EQ(kivra->WaitForExit(), 0);
+    EXPECT_TRUE(FileEquals(other, "\x78" + original.substr(1)));
 }
 
 TEST_F(EditingTest, AFileThatAnotherProgramHoldsKeepsTheWindowOpenAndTheChange) {

@@ -75,6 +75,13 @@ TEST_F(FontTest, IsShownAtOnceAndComesBackWithTheNextRun) {
     });
     EXPECT_EQ(next.State().fontFamily, kOther);
     EXPECT_EQ(program_.SettingsText(), settings);
+    UseDialog(next, kCommandFont, kFontDialog, [&](const Dialog& dialog) {
+        dialog.Press(kBold);
+        dialog.Press(kItalic);
+        dialog.Press(IDOK);
+        EXPECT_TRUE(dialog.WaitForEnd());
+    });
+    EXPECT_FALSE(next.State().bold || next.State().italic);
 }
 
 } // namespace

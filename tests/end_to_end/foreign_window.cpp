@@ -1,11 +1,13 @@
 #include "foreign_window.h"
 
+#include "exercised.h"
 #include "platform/win32/wide.h"
 #include "waiting.h"
 
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <functional>
 
 namespace kvx::test {
 namespace {
@@ -60,6 +62,35 @@ bool HasFocus(HWND topLevel, HWND focus) {
     const DWORD thread = ::GetWindowThreadProcessId(topLevel, nullptr);
     return ::GetGUIThreadInfo(thread, &info) != FALSE && info.hwndFocus == focus &&
            ::GetForegroundWindow() == topLevel;
+}
+
+bool EndBox(const MessageBoxWindow& box, int button, const std::function<void()>& end) {
+    const std::u16string text = box.Text();
+    end();
+    const bool ended = WaitUntil([&] { return ::IsWindow(box.window) == FALSE; });
+    if (ended) Used(BoxUse(text, button));
+    return ended;
+}
+
+/// Waits for the file dialog, has `prepare` use the edit for its file name, presses the button and
+/// waits for the end.
+bool EndFileDialog(DWORD processId, int button, const std::function<void(HWND name)>& prepare) {
+    HWND dialog = nullptr;
+    HWND name = nullptr;
+    const bool came = WaitUntil([&] {
+        for (const HWND window : WindowsOf(processId, L"#32770")) {
+            dialog = window;
+            name = ChildOf(window, L"Edit");
+        }
+        return name != nullptr && ::IsWindowVisible(name) != FALSE;
+    });
+    if (!came) return false;
+    const std::u16string caption = TextOf(dialog);
+    prepare(name);
+    ::PostMessageW(::GetDlgItem(dialog, button), BM_CLICK, 0, 0);
+    const bool ended = WaitUntil([&] { return ::IsWindow(dialog) == FALSE; });
+    if (ended) Used(PathUse(caption, button == IDOK ? "accepted" : "cancelled"));
+    return ended;
 }
 
 } // namespace
@@ -128,8 +159,11 @@ std::u16string MessageBoxWindow::Text() const {
 bool MessageBoxWindow::Press(int button) const {
     const HWND control = ::GetDlgItem(window, button);
     if (control == nullptr) return false;
-    ::PostMessageW(control, BM_CLICK, 0, 0);
-    return WaitUntil([this] { return ::IsWindow(window) == FALSE; });
+    return EndBox(*this, button, [&] { ::PostMessageW(control, BM_CLICK, 0, 0); });
+}
+
+bool MessageBoxWindow::Close() const {
+    return EndBox(*this, IDCLOSE, [this] { ::PostMessageW(window, WM_CLOSE, 0, 0); });
 }
 
 std::optional<MessageBoxWindow> WaitForMessageBox(DWORD processId) {
@@ -144,19 +178,13 @@ std::optional<MessageBoxWindow> WaitForMessageBox(DWORD processId) {
 }
 
 bool ChooseInFileDialog(DWORD processId, const std::wstring& path) {
-    HWND dialog = nullptr;
-    HWND name = nullptr;
-    const bool came = WaitUntil([&] {
-        for (const HWND window : WindowsOf(processId, L"#32770")) {
-            dialog = window;
-            name = ChildOf(window, L"Edit");
-        }
-        return name != nullptr && ::IsWindowVisible(name) != FALSE;
+    return EndFileDialog(processId, IDOK, [&](HWND name) {
+        ::SendMessageW(name, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(path.c_str()));
     });
-    if (!came) return false;
-    ::SendMessageW(name, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(path.c_str()));
-    ::PostMessageW(::GetDlgItem(dialog, IDOK), BM_CLICK, 0, 0);
-    return WaitUntil([&] { return ::IsWindow(dialog) == FALSE; });
+}
+
+bool CancelFileDialog(DWORD processId) {
+    return EndFileDialog(processId, IDCANCEL, [](HWND) {});
 }
 
 std::u16string ClipboardText() {
@@ -179,17 +207,37 @@ bool Keyboard::TakeForeground() const {
 }
 
 void Keyboard::Press(WORD virtualKey) const {
+    Count(KeyName(virtualKey));
     Send(std::array{KeyInput(virtualKey, 0), KeyInput(virtualKey, KEYEVENTF_KEYUP)});
 }
 
+void Keyboard::PressWith(WORD modifier, WORD virtualKey) const {
+    Send(std::array{KeyInput(modifier, 0), KeyInput(virtualKey, 0),
+                    KeyInput(virtualKey, KEYEVENTF_KEYUP), KeyInput(modifier, KEYEVENTF_KEYUP)});
+}
+
 void Keyboard::PressWithControl(WORD virtualKey) const {
-    Send(std::array{KeyInput(VK_CONTROL, 0), KeyInput(virtualKey, 0),
-                    KeyInput(virtualKey, KEYEVENTF_KEYUP), KeyInput(VK_CONTROL, KEYEVENTF_KEYUP)});
+    Count(KeyName(virtualKey, true));
+    PressWith(VK_CONTROL, virtualKey);
+}
+
+void Keyboard::PressAltF4() const {
+    Count("Alt+F4");
+    PressWith(VK_MENU, VK_F4);
 }
 
 void Keyboard::Type(std::string_view keys) const {
-    for (const char key : keys)
-        Press(static_cast<WORD>(std::toupper(static_cast<unsigned char>(key))));
+    for (const char key : keys) {
+        const auto code = static_cast<unsigned char>(key);
+        Count(std::string(1, static_cast<char>(std::tolower(code))));
+        const auto virtualKey = static_cast<WORD>(std::toupper(code));
+        Send(std::array{KeyInput(virtualKey, 0), KeyInput(virtualKey, KEYEVENTF_KEYUP)});
+    }
+}
+
+// A key that goes somewhere else is not the window's.
+void Keyboard::Count(std::string_view key) const {
+    if (HasFocus(topLevel_, focus_)) Used(KeyUse(focus_, key));
 }
 
 } // namespace kvx::test

@@ -42,6 +42,8 @@ struct MessageBoxWindow {
     std::u16string Text() const;
     /// Presses a button (IDYES, ...) and waits until the box is gone; false when it stays.
     bool Press(int button) const;
+    /// Closes it without a button; false when it stays.
+    bool Close() const;
 };
 
 /// Waits for a message box; empty when none comes.
@@ -49,6 +51,8 @@ std::optional<MessageBoxWindow> WaitForMessageBox(DWORD processId);
 
 /// Waits for the process's file dialog and chooses `path` in it; false when none comes or it stays.
 bool ChooseInFileDialog(DWORD processId, const std::wstring& path);
+/// The same with its Cancel button.
+bool CancelFileDialog(DWORD processId);
 
 /// What the clipboard holds as text; empty when it holds none.
 std::u16string ClipboardText();
@@ -63,10 +67,14 @@ public:
     bool TakeForeground() const;
     void Press(WORD virtualKey) const;
     void PressWithControl(WORD virtualKey) const;
+    void PressAltF4() const;
     /// Types letters and digits.
     void Type(std::string_view keys) const;
 
 private:
+    void PressWith(WORD modifier, WORD virtualKey) const;
+    void Count(std::string_view key) const;
+
     HWND topLevel_;
     HWND focus_;
 };

@@ -1,7 +1,9 @@
 #include "in_process.h"
 
+#include "exercised.h"
 #include "platform/win32/wide.h"
 
+#include <array>
 #include <optional>
 #include <stdexcept>
 
@@ -39,6 +41,16 @@ std::vector<ShownItem> ItemsOf(HMENU menu) {
 
 } // namespace
 
+void PressIn(HWND window, WORD virtualKey, bool control) {
+    std::array<BYTE, 256> keys{};
+    keys[VK_CONTROL] = control ? 0x80 : 0;
+    ::SetKeyboardState(keys.data());
+    ::SendMessageW(window, WM_KEYDOWN, virtualKey, 0);
+    keys[VK_CONTROL] = 0;
+    ::SetKeyboardState(keys.data());
+    Used(KeyUse(window, KeyName(virtualKey, control)));
+}
+
 InProcessWindow::InProcessWindow(const ProgramCopy& program, const std::u16string& startFile) {
     AppWindowOptions options;
     options.programFolder = program.Folder().u16string();
@@ -48,6 +60,12 @@ InProcessWindow::InProcessWindow(const ProgramCopy& program, const std::u16strin
     if (!app_->Initialize(::GetModuleHandleW(nullptr), start))
         throw std::runtime_error("the main window cannot be made");
     Pump();
+}
+
+InProcessWindow::~InProcessWindow() {
+    app_.reset();
+    MSG message{};
+    while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) {}
 }
 
 void InProcessWindow::Paint() {
@@ -63,17 +81,27 @@ void InProcessWindow::Pump() {
 
 void InProcessWindow::Run(UINT command) {
     ::SendMessageW(app_->MainWindow(), WM_COMMAND, command, 0);
+    Used(CommandUse(command));
     Pump();
 }
 
-void InProcessWindow::Key(WORD virtualKey) {
-    ::SendMessageW(View(), WM_KEYDOWN, virtualKey, 0);
+void InProcessWindow::Key(WORD virtualKey, bool control) {
+    PressIn(View(), virtualKey, control);
+    Pump();
+}
+
+void InProcessWindow::Zoom(bool in) {
+    const int notch = in ? WHEEL_DELTA : -WHEEL_DELTA;
+    ::SendMessageW(View(), WM_MOUSEWHEEL, MAKEWPARAM(MK_CONTROL, notch), 0);
+    Used(KeyUse(View(), in ? "Ctrl+Wheel Up" : "Ctrl+Wheel Down"));
     Pump();
 }
 
 void InProcessWindow::Type(std::string_view characters) {
-    for (const char character : characters)
+    for (const char character : characters) {
         ::SendMessageW(View(), WM_CHAR, static_cast<WPARAM>(character), 0);
+        Used(KeyUse(View(), {&character, 1}));
+    }
     Pump();
 }
 

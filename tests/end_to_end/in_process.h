@@ -21,11 +21,20 @@ struct ShownItem {
     std::vector<ShownItem> children;
 };
 
+/// A key for a window of this program, done when the call returns.
+void PressIn(HWND window, WORD virtualKey, bool control = false);
+
 class InProcessWindow {
 public:
     /// Opens `startFile` (none when empty) with the settings and texts of `program`.
     explicit InProcessWindow(const ProgramCopy& program, const std::u16string& startFile = {});
 
+    /// Leaves no message behind, nor the one that ends a message loop.
+    ~InProcessWindow();
+    InProcessWindow(const InProcessWindow&) = delete;
+    InProcessWindow& operator=(const InProcessWindow&) = delete;
+
+    HWND Main() const { return app_->MainWindow(); }
     HWND View() const { return app_->View().Handle(); }
     const HexViewState& State() const { return app_->View().View().State(); }
     const std::u16string& Status() const { return app_->StatusBar().Text(); }
@@ -36,8 +45,12 @@ public:
     void Pump();
     /// Each is done, with all that it posts, when the call returns.
     void Run(UINT command);
-    void Key(WORD virtualKey);
+    void Key(WORD virtualKey, bool control = false);
+    /// A notch of the wheel with Control.
+    void Zoom(bool in);
     void Type(std::string_view characters);
+
+    void LoadPattern(const std::u16string& path) { app_->LoadPattern(path); }
 
     /// The menu bar as it stands on the window.
     std::vector<ShownItem> Menu() const;

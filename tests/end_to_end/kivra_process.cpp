@@ -1,5 +1,6 @@
 #include "kivra_process.h"
 
+#include "exercised.h"
 #include "waiting.h"
 
 #include <cstdlib>
@@ -87,9 +88,25 @@ bool KivraProcess::WaitForTitle(std::u16string_view title) const {
     return WaitUntil([&] { return Title() == title; });
 }
 
+void KivraProcess::Key(WORD virtualKey) const {
+    if (::IsWindow(view_)) Used(KeyUse(view_, KeyName(virtualKey)));
+    ::SendMessageW(view_, WM_KEYDOWN, virtualKey, 0);
+}
+
 void KivraProcess::Type(std::string_view characters) const {
-    for (const char character : characters)
+    for (const char character : characters) {
+        if (::IsWindow(view_)) Used(KeyUse(view_, {&character, 1}));
         ::SendMessageW(view_, WM_CHAR, static_cast<WPARAM>(character), 0);
+    }
+}
+
+void KivraProcess::Post(UINT command) const {
+    if (::PostMessageW(main_, WM_COMMAND, command, 0)) Used(CommandUse(command));
+}
+
+void KivraProcess::Run(UINT command) const {
+    if (::IsWindow(main_)) Used(CommandUse(command));
+    ::SendMessageW(main_, WM_COMMAND, command, 0);
 }
 
 bool KivraProcess::IsRunning() const {

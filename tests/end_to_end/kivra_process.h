@@ -59,12 +59,12 @@ public:
     Keyboard Keys() const { return {main_, view_}; }
 
     /// Keys and characters handed to the hex view directly, done when the call returns.
-    void Key(WORD virtualKey) const { ::SendMessageW(view_, WM_KEYDOWN, virtualKey, 0); }
+    void Key(WORD virtualKey) const;
     void Type(std::string_view characters) const;
     /// A command as the menu sends it, without waiting for it to be done.
-    void Post(UINT command) const { ::PostMessageW(main_, WM_COMMAND, command, 0); }
+    void Post(UINT command) const;
     /// A command, done when the call returns; must not show a modal box.
-    void Run(UINT command) const { ::SendMessageW(main_, WM_COMMAND, command, 0); }
+    void Run(UINT command) const;
     void RequestClose() const { ::PostMessageW(main_, WM_CLOSE, 0, 0); }
 
     bool IsRunning() const;
@@ -103,6 +103,7 @@ enum CommandNumber : UINT {
     kCommandToggleInspector = 1029,
     kCommandToggleStructView = 1030,
     kCommandExit = 1031,
+    kCommandSystem = 1032,
     kCommandEnglish = 1033,
     kCommandJapanese = 1034,
     kCommandAbout = 1035,

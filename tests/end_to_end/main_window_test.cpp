@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace kvx::test {
 namespace {
 
@@ -103,6 +105,24 @@ TEST_F(MainWindowTest, ManyRecentFilesContinueInASubmenu) {
     EXPECT_EQ(more, (std::vector<UINT>{4008, 4009, 4010, 4011, 4012, 4013, 4014, 4015}));
     EXPECT_EQ(InProcessWindow::Find(menu, 4000)->text, u"1 " + files_.Path(u"a"));
     EXPECT_EQ(InProcessWindow::Find(menu, 4015)->text, u"16 " + files_.Path(u"p"));
+}
+
+TEST_F(MainWindowTest, EachRecentFileOpensByItsNumberAndComesFirst) {
+    AppSettings settings;
+    for (char16_t letter = u'a'; letter < u'q'; ++letter)
+        settings.recentFiles.push_back(files_.Write(std::u16string(1, letter), "content"));
+    ASSERT_TRUE(SaveSettings(program_.SettingsFile().u16string(), settings).ok);
+    InProcessWindow window(program_);
+    for (UINT number = 0; number < kMaxRecentFiles; ++number) {
+        auto& files = settings.recentFiles;
+        std::rotate(files.begin(), files.begin() + number, files.begin() + number + 1);
+        window.Run(kCommandRecentFirst + number);
+        EXPECT_EQ(TextOf(window.Main()),
+                  text_.Title(std::filesystem::path(files[0]).filename().u16string()));
+    }
+    AppSettings stored;
+    LoadSettings(program_.SettingsFile().u16string(), stored);
+    EXPECT_EQ(stored.recentFiles, settings.recentFiles);
 }
 
 } // namespace

@@ -134,8 +134,11 @@ TEST_F(MenuChoicesTest, FavouriteEncodingsComeGoAndSurviveARestart) {
     EXPECT_EQ(InProcessWindow::Find(menu, kCommandFavoriteFirst)->text, u"\u2605 GBK");
     EXPECT_EQ(InProcessWindow::Find(menu, kCommandFavoriteFirst + 2)->text,
               u"\u2605 ISCII (Devanagari)");
-    window.Run(kCommandFavoriteFirst + 1);
-    EXPECT_EQ(CheckedEncodings(window.Menu()), std::vector<UINT>{1011});
+    const std::pair<UINT, UINT> favorites[] = {{0, 1015}, {2, 1018}, {1, 1011}};
+    for (const auto& [index, encoding] : favorites) {
+        window.Run(kCommandFavoriteFirst + index);
+        EXPECT_EQ(CheckedEncodings(window.Menu()), std::vector<UINT>{encoding});
+    }
     EXPECT_TRUE(InProcessWindow::Find(window.Menu(), kCommandFavoriteFirst + 1)->checked);
     window.Run(kCommandFavoriteRemove);
     EXPECT_EQ(InProcessWindow::Find(window.Menu(), kCommandFavoriteFirst + 2), nullptr);
@@ -147,6 +150,7 @@ TEST_F(MenuChoicesTest, FavouriteEncodingsComeGoAndSurviveARestart) {
 
 TEST_F(MenuChoicesTest, EveryMenuTextChangesWithTheLanguageAndBack) {
     InProcessWindow window(program_);
+    const std::vector<std::u16string> system = Captions(window.Menu());
     window.Run(kCommandEnglish);
     const std::vector<std::u16string> english = Captions(window.Menu());
     window.Run(kCommandJapanese);
@@ -158,6 +162,9 @@ TEST_F(MenuChoicesTest, EveryMenuTextChangesWithTheLanguageAndBack) {
     }
     window.Run(kCommandEnglish);
     EXPECT_EQ(Captions(window.Menu()), english);
+    window.Run(kCommandSystem);
+    EXPECT_EQ(Captions(window.Menu()), system);
+    EXPECT_EQ(Stored().uiLanguage, UiLanguage::System);
 }
 
 TEST_F(MenuChoicesTest, TheZoomStopsAtItsLimitsAndIsNotStored) {
@@ -172,6 +179,10 @@ TEST_F(MenuChoicesTest, TheZoomStopsAtItsLimitsAndIsNotStored) {
     EXPECT_EQ(zoomAfter(1, kCommandZoomReset), u"100%");
     EXPECT_EQ(zoomAfter(5, kCommandZoomOut), u"60%");
     EXPECT_EQ(zoomAfter(1, kCommandZoomReset), u"100%");
+    window.Zoom(true);
+    EXPECT_EQ(zoomAfter(0, kCommandZoomReset), u"110%");
+    window.Zoom(false);
+    EXPECT_EQ(zoomAfter(0, kCommandZoomReset), u"100%");
     EXPECT_EQ(program_.SettingsText(), settings);
 }
 

@@ -1,6 +1,7 @@
 // The two tool windows of a running program.
 #pragma once
 
+#include "exercised.h"
 #include "kivra_process.h"
 #include "waiting.h"
 
@@ -34,6 +35,24 @@ inline HWND WaitForPane(const KivraProcess& kivra, const wchar_t* className) {
 
 inline bool WaitForEnd(const KivraProcess& kivra, const wchar_t* className) {
     return WaitUntil([&] { return !IsShown(kivra, className); });
+}
+
+// What a person does in a pane, without waiting for what follows.
+
+/// Presses a button of the struct view.
+inline void Click(HWND structView, std::uint32_t button) {
+    const HWND control = ::GetDlgItem(structView, static_cast<int>(button));
+    if (::PostMessageW(control, BM_CLICK, 0, 0))
+        Used(ControlUse(TextOf(structView), static_cast<int>(button)));
+}
+
+inline void PostKey(HWND pane, WORD virtualKey) {
+    if (::PostMessageW(pane, WM_KEYDOWN, virtualKey, 0)) Used(KeyUse(pane, KeyName(virtualKey)));
+}
+
+inline void CloseByUser(HWND pane) {
+    const std::u16string caption = TextOf(pane);
+    if (::PostMessageW(pane, WM_SYSCOMMAND, SC_CLOSE, 0)) Used(PathUse(caption, "close box"));
 }
 
 /// True when the pane is in the foreground and it or a control in it has the focus.

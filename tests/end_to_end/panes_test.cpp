@@ -167,14 +167,21 @@ TEST_F(PanesTest, ClosingByTheUserIsRemembered) {
         EXPECT_FALSE(IsShown(*kivra, kStructViewClass));
         kivra->Run(kCommandToggleStructView);
         EXPECT_NE(WaitForPane(*kivra, kStructViewClass), nullptr);
-        ::PostMessageW(inspector, WM_CLOSE, 0, 0);
+        CloseByUser(inspector);
         EXPECT_TRUE(WaitForEnd(*kivra, kInspectorClass));
         kivra->RequestClose();
         EXPECT_EQ(kivra->WaitForExit(), 0);
     }
     const auto kivra = Start({}, "content");
-    EXPECT_NE(WaitForPane(*kivra, kStructViewClass), nullptr);
+    const HWND structView = WaitForPane(*kivra, kStructViewClass);
+    EXPECT_NE(structView, nullptr);
     EXPECT_FALSE(IsShown(*kivra, kInspectorClass));
+    kivra->Run(kCommandToggleInspector);
+    EXPECT_NE(WaitForPane(*kivra, kInspectorClass), nullptr);
+    kivra->Run(kCommandToggleInspector);
+    EXPECT_FALSE(IsShown(*kivra, kInspectorClass));
+    CloseByUser(structView);
+    EXPECT_TRUE(WaitForEnd(*kivra, kStructViewClass));
 }
 
 TEST_F(PanesTest, BothEndOnTheLastOfAThousandMoves) {
@@ -183,7 +190,7 @@ TEST_F(PanesTest, BothEndOnTheLastOfAThousandMoves) {
     const HWND inspector = WaitForPane(*kivra, kInspectorClass);
     const HWND structView = WaitForPane(*kivra, kStructViewClass);
     files_.Write(u"byte.kvpat", std::string_view("struct A { uint8_t a; };"));
-    ::PostMessageW(::GetDlgItem(structView, kStructViewOpenCommand), BM_CLICK, 0, 0);
+    Click(structView, kStructViewOpenCommand);
     EXPECT_TRUE(ChooseInFileDialog(kivra->Id(), (files_.Root() / "byte.kvpat").wstring()));
     for (int move = 0; move < 1000; ++move)
         ::PostMessageW(kivra->View(), WM_KEYDOWN, VK_DOWN, 0);

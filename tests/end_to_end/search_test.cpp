@@ -1,5 +1,6 @@
 // Searching in files as a person does it with the search dialog.
 #include "dialog_user.h"
+#include "exercised.h"
 #include "program_texts.h"
 #include "waiting.h"
 
@@ -43,15 +44,29 @@ protected:
         UseDialog(*window_, kCommandFind, kSearchDialog, user);
     }
 
+    static void Count(const Dialog& dialog, int button, const char* outcome) {
+        const std::string direction = button == kPrevious ? "previous" : "next";
+        Used(PathUse(dialog.caption, direction + outcome));
+    }
+
+    /// Presses a button and takes the box that says that there is nothing more.
+    void FindsNothing(const Dialog& dialog, int button) const {
+        dialog.Press(button);
+        EXPECT_EQ(TakeBox(), Box("error.search_not_found"));
+        Count(dialog, button, " not found");
+    }
+
     /// Presses a button and waits until `length` bytes at `offset` are selected.
     bool Finds(const Dialog& dialog, int button, std::uint64_t offset, std::uint64_t length) {
         dialog.Press(button);
         const HexViewState& state = window_->State();
-        return WaitUntil([&] {
+        const bool found = WaitUntil([&] {
             return state.hasSelection && state.selAnchor == offset &&
                    state.selEnd == offset + length - 1 && state.caret == offset &&
                    dialog.IsEnabled(kQuery);
         });
+        if (found) Count(dialog, button, " found");
+        return found;
     }
 
     static void SendKey(WORD virtualKey, DWORD flags) {
@@ -83,12 +98,10 @@ TEST_F(SearchDialogTest, FindsEveryHitOfALargeFileInBothDirections) {
             dialog.SetText(kQuery, query);
             for (const std::uint64_t hit : hits)
                 EXPECT_TRUE(Finds(dialog, kNext, hit, 6)) << hit;
-            dialog.Press(kNext);
-            EXPECT_EQ(TakeBox(), Box("error.search_not_found"));
+            FindsNothing(dialog, kNext);
             for (std::size_t left = hits.size() - 1; left > 0; --left)
                 EXPECT_TRUE(Finds(dialog, kPrevious, hits[left - 1], 6)) << left;
-            dialog.Press(kPrevious);
-            EXPECT_EQ(TakeBox(), Box("error.search_not_found"));
+            FindsNothing(dialog, kPrevious);
             EXPECT_TRUE(dialog.WaitForFocus(kQuery));
         });
         EXPECT_EQ(window_->State().selEnd, 5U);
@@ -122,6 +135,8 @@ TEST_F(SearchDialogTest, StepsThroughHitsThatOverlap) {
             EXPECT_TRUE(Finds(dialog, kNext, hit, 3)) << hit;
         for (const std::uint64_t hit : {2U, 1U})
             EXPECT_TRUE(Finds(dialog, kPrevious, hit, 3)) << hit;
+        dialog.Key(VK_RETURN); // means Next
+        EXPECT_TRUE(WaitUntil([&] { return window_->State().selAnchor == 2; }));
     });
 }
 
@@ -174,38 +189,43 @@ TEST_F(SearchDialogTest, OffersPastQueriesOfTheTypeNewestFirstAndStoresThem) {
         dialog.Select(kType, kText);
         EXPECT_EQ(dialog.Items(kQuery), Queries{});
         EXPECT_EQ(dialog.Text(kQuery), u"31") << "what was typed stays";
-        dialog.Press(kNext);
-        EXPECT_EQ(TakeBox(), Box("error.search_not_found"));
+        FindsNothing(dialog, kNext);
         EXPECT_EQ(dialog.Items(kQuery), Queries{u"31"});
     });
     AppSettings stored;
     LoadSettings(program_.SettingsFile().u16string(), stored);
     EXPECT_EQ(stored.searchHistory, (std::vector<SearchHistoryEntry>{
                                         {u"text", u"31"}, {u"hex", u"31"}, {u"hex", u"32"}}));
-    window_.reset(); // whose end the next one's loop would take for its own
     window_ = std::make_unique<InProcessWindow>(program_, files_.Path(u"data.bin"));
     Search([&](const Dialog& dialog) { EXPECT_EQ(dialog.Items(kQuery), (Queries{u"31", u"32"})); });
 }
 
-class LongSearchTest : public SearchDialogTest, public testing::WithParamInterface<const char*> {};
+struct SearchEnd {
+    const char* by;
+    int button; ///< that starts the search
+};
+
+class LongSearchTest : public SearchDialogTest, public testing::WithParamInterface<SearchEnd> {};
 
 TEST_P(LongSearchTest, EndsAtOnceAndLeavesTheDialogReadyForTheNext) {
     constexpr std::uint64_t kSize = 4ULL << 40; // minutes, at the speed of memory
-    window_ = std::make_unique<InProcessWindow>(program_,
-                                                files_.WriteSparse(u"data.bin", kSize, "A", ""));
+    window_ =
+        std::make_unique<InProcessWindow>(program_, files_.WriteSparse(u"data.bin", kSize, "", ""));
+    if (GetParam().button == kPrevious) window_->Key(VK_END, true);
     const std::u16string idle = window_->Status();
     Search([&](const Dialog& dialog) {
         dialog.SetText(kQuery, u"12");
-        dialog.Press(kNext);
-        ASSERT_TRUE(WaitUntil([&] { return !dialog.IsEnabled(kQuery); }));
-        EXPECT_FALSE(dialog.IsEnabled(kNext) || dialog.IsEnabled(kPrevious) ||
-                     dialog.IsEnabled(kType));
+        dialog.Press(GetParam().button);
+        ASSERT_TRUE(WaitUntil([&] {
+            return !dialog.IsEnabled(kQuery) && !dialog.IsEnabled(kNext) &&
+                   !dialog.IsEnabled(kPrevious) && !dialog.IsEnabled(kType);
+        }));
         ASSERT_TRUE(
             WaitUntil([&] { return window_->Status().find(u'%') != std::u16string::npos; }));
         ::PostMessageW(::GetAncestor(window_->View(), GA_ROOT), WM_CLOSE, 0, 0); // is refused
         ASSERT_TRUE(Keyboard(dialog.window, dialog.Control(kClose)).TakeForeground());
         const auto start = std::chrono::steady_clock::now();
-        if (GetParam() == std::string("Close")) {
+        if (GetParam().by == std::string("Close")) {
             dialog.Press(kClose);
         } else {
             SendKey(VK_ESCAPE, 0); // held down, as a person does for about a tenth of a second
@@ -217,14 +237,16 @@ TEST_P(LongSearchTest, EndsAtOnceAndLeavesTheDialogReadyForTheNext) {
         EXPECT_LT(taken, std::chrono::seconds(1)); // far less on a machine with nothing else to do
         EXPECT_TRUE(dialog.WaitForFocus(kQuery));
         EXPECT_TRUE(WindowsOf(::GetCurrentProcessId(), L"#32770").empty());
-        dialog.SetText(kQuery, u"41");
-        EXPECT_TRUE(Finds(dialog, kNext, 0, 1));
+        Count(dialog, GetParam().button, " cancelled");
+        dialog.SetText(kQuery, u"00");
+        EXPECT_TRUE(Finds(dialog, GetParam().button, window_->State().caret, 1));
     });
     EXPECT_EQ(window_->Status(), idle);
 }
 
-INSTANTIATE_TEST_SUITE_P(By, LongSearchTest, testing::Values("Close", "Escape"),
-                         [](const auto& param) { return std::string(param.param); });
+INSTANTIATE_TEST_SUITE_P(By, LongSearchTest,
+                         testing::Values(SearchEnd{"Close", kNext}, SearchEnd{"Escape", kPrevious}),
+                         [](const auto& param) { return std::string(param.param.by); });
 
 } // namespace
 } // namespace kvx::test

@@ -3,7 +3,9 @@
 #include "pane_driver.h"
 #include "program_texts.h"
 
+#include "panes/list_model.h"
 #include "panes/struct_view_layout.h"
+#include "panes/value_format_menu.h"
 #include "platform/text.h"
 
 #include <gmock/gmock.h>
@@ -26,15 +28,13 @@ protected:
         Start(files_.Root() / "data.bin");
     }
 
-    void Click(std::uint32_t button) const {
-        ::PostMessageW(::GetDlgItem(pane_, static_cast<int>(button)), BM_CLICK, 0, 0);
-    }
+    void Click(std::uint32_t button) const { test::Click(pane_, button); }
     void Open(const std::wstring& path) const {
         Click(kStructViewOpenCommand);
         EXPECT_TRUE(ChooseInFileDialog(kivra_->Id(), path));
         EXPECT_TRUE(WaitUntil([&] { return IsActive(pane_); }));
     }
-    void PressF5() const { ::PostMessageW(pane_, WM_KEYDOWN, VK_F5, 0); }
+    void PressF5() const { PostKey(pane_, VK_F5); }
     void WritePattern(std::string_view text) const { files_.Write(u"own.kvpat", text); }
     std::wstring PatternPath() const { return (files_.Root() / "own.kvpat").wstring(); }
 
@@ -47,6 +47,31 @@ protected:
     void ExpectList(std::u16string_view rows) const {
         const std::u16string list = List(rows);
         EXPECT_EQ(WaitForList(pane_, list), list);
+    }
+
+    std::size_t Menus() const { return WindowsOf(kivra_->Id(), L"#32768").size(); }
+
+    // The menu takes the keys of its window.
+    void OpenFormatMenu() const {
+        ::PostMessageW(pane_, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(pane_), -1);
+        ASSERT_TRUE(WaitUntil([&] { return Menus() == 1; }));
+        Used(PathUse(TextOf(pane_), "menu by key"));
+    }
+
+    /// Group and item by number, from 1.
+    void Choose(int group, int item) const {
+        OpenFormatMenu();
+        for (int step = 0; step < group; ++step)
+            ::PostMessageW(pane_, WM_KEYDOWN, VK_DOWN, 0);
+        ::PostMessageW(pane_, WM_KEYDOWN, VK_RIGHT, 0);
+        ASSERT_TRUE(WaitUntil([&] { return Menus() == 2; }));
+        for (int step = 1; step < item; ++step)
+            ::PostMessageW(pane_, WM_KEYDOWN, VK_DOWN, 0);
+        ::PostMessageW(pane_, WM_KEYDOWN, VK_RETURN, 0);
+        ASSERT_TRUE(WaitUntil([&] { return Menus() == 0; }));
+        const auto& chosen = kValueFormatMenu.at(static_cast<std::size_t>(group - 1))
+                                 .items.at(static_cast<std::size_t>(item - 1));
+        Used(ControlUse(TextOf(pane_), static_cast<int>(chosen.command)));
     }
 
     /// The text box that is shown; empty when none is.
@@ -110,33 +135,36 @@ TEST_F(StructViewTest, EachFormatIsChosenInTheMenuAndSurvivesARestart) {
     };
     ExpectList(rows(u"41 42", u"0x0201"));
 
-    // Groups and items by number, from 1; the menu takes the keys of its window.
-    const auto choose = [&](int group, int item) {
-        const auto press = [&](WORD key) { ::PostMessageW(pane_, WM_KEYDOWN, key, 0); };
-        const auto menus = [&] { return WindowsOf(kivra_->Id(), L"#32768").size(); };
-        ::PostMessageW(pane_, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(pane_), -1);
-        ASSERT_TRUE(WaitUntil([&] { return menus() == 1; }));
-        for (int step = 0; step < group; ++step)
-            press(VK_DOWN);
-        press(VK_RIGHT);
-        ASSERT_TRUE(WaitUntil([&] { return menus() == 2; }));
-        for (int step = 1; step < item; ++step)
-            press(VK_DOWN);
-        press(VK_RETURN);
-        ASSERT_TRUE(WaitUntil([&] { return menus() == 0; }));
-    };
-    choose(1, 2);
+    Choose(1, 2);
     ExpectList(rows(u"\"AB\"", u"0x0201"));
-    choose(2, 2);
+    Choose(2, 2);
     ExpectList(rows(u"\"AB\"", u"0x0102"));
-    choose(3, 2);
+    Choose(3, 2);
     ExpectList(rows(u"\"AB\"", u"258"));
-    choose(1, 1);
-    choose(2, 1);
-    choose(3, 1);
+    Choose(1, 1);
+    Choose(2, 1);
+    Choose(3, 1);
     ExpectList(rows(u"41 42", u"0x0201"));
-    choose(1, 2);
-    choose(3, 2);
+    Choose(1, 2);
+    Choose(3, 2);
+    ExpectList(rows(u"\"AB\"", u"513"));
+
+    // By the box in the caption; left without a choice.
+    ListModel list(kStructViewColumns);
+    list.SetArea({520, 400, kStructViewHeaderHeight + 1});
+    const PaneRect box = ValueFormatBox(list.CaptionRect(kStructNameColumn), 96);
+    ::PostMessageW(pane_, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(box.left + 5, box.top + 5));
+    ASSERT_TRUE(WaitUntil([&] { return Menus() == 1; }));
+    Used(PathUse(TextOf(pane_), "menu by mouse"));
+    ::PostMessageW(pane_, WM_KEYDOWN, VK_ESCAPE, 0);
+    ASSERT_TRUE(WaitUntil([&] { return Menus() == 0; }));
+    Used(PathUse(TextOf(pane_), "menu left by Esc"));
+    ExpectList(rows(u"\"AB\"", u"513"));
+
+    // No file is chosen.
+    Click(kStructViewOpenCommand);
+    EXPECT_TRUE(CancelFileDialog(kivra_->Id()));
+    EXPECT_TRUE(WaitUntil([&] { return IsActive(pane_); }));
     ExpectList(rows(u"\"AB\"", u"513"));
 
     kivra_->RequestClose();
