@@ -7,7 +7,8 @@
 
 namespace kvx {
 
-/// The user's locale name, for example u"en-US"; empty optional when the system does not tell.
+/// The user's locale name, for example u"en-US"; empty optional when the system does not tell and
+/// on POSIX.
 std::optional<std::u16string> UserLocaleName();
 
 /// Full path of the running program's file; empty when the system does not tell.

@@ -121,15 +121,6 @@ bool IsFolder(const UniqueDescriptor& file) {
     return ::fstat(file.Get(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-// The new file stands in for the one it replaces: same owner and permissions, as far as the system
-// lets us.
-void TakeOverPermissions(const std::string& from, const std::string& to) {
-    struct stat status {};
-    if (::stat(to.c_str(), &status) != 0) return;
-    [[maybe_unused]] const int ownerKept = ::chown(from.c_str(), status.st_uid, status.st_gid);
-    ::chmod(from.c_str(), status.st_mode & 07777);
-}
-
 class PosixFileLayer final : public FileLayer {
 public:
     std::unique_ptr<ReadableFile> OpenForReading(const std::u16string& path,
@@ -161,15 +152,13 @@ public:
     }
 
     FileResult MoveOver(const std::u16string& from, const std::u16string& to) override {
-        const std::string source = Utf16ToUtf8(from);
-        const std::string target = Utf16ToUtf8(to);
         // Found out before the move: once that has happened nothing may fail any more.
         ErrorCode ignored = 0;
         const std::u16string parent = ParentFolder(to);
         const UniqueDescriptor folder =
             OpenDescriptor(parent.empty() ? u"." : parent, O_RDONLY | O_DIRECTORY, ignored);
-        TakeOverPermissions(source, target);
-        const FileResult moved = Outcome(::rename(source.c_str(), target.c_str()));
+        const FileResult moved =
+            Outcome(::rename(Utf16ToUtf8(from).c_str(), Utf16ToUtf8(to).c_str()));
         if (moved && folder) ::fsync(folder.Get());
         return moved;
     }

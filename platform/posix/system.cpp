@@ -2,33 +2,17 @@
 
 #include "platform/text.h"
 
-#include <algorithm>
-#include <cerrno>
-#include <cstdlib>
 #include <ctime>
 #include <filesystem>
 #include <system_error>
 
 namespace kvx {
-namespace {
 
-// First of the variables that is set and not empty.
-std::string FirstOf(std::initializer_list<const char*> names) {
-    for (const char* name : names) {
-        const char* value = std::getenv(name);
-        if (value != nullptr && *value != '\0') return value;
-    }
-    return {};
-}
-
-} // namespace
+// The product asks for the locale, its package and that one's folder on Windows only: here nobody
+// tells.
 
 std::optional<std::u16string> UserLocaleName() {
-    std::string name = FirstOf({"LC_ALL", "LC_MESSAGES", "LANG"});
-    name.resize(std::min(name.find_first_of(".@"), name.size()));
-    if (name.empty() || name == "C" || name == "POSIX") return std::nullopt;
-    std::replace(name.begin(), name.end(), '_', '-');
-    return Utf8ToUtf16(name);
+    return std::nullopt;
 }
 
 std::u16string ProgramPath() {
@@ -55,7 +39,7 @@ std::optional<std::u16string> PackageFamilyName() {
 }
 
 std::optional<std::u16string> LocalAppDataFolder() {
-    return std::nullopt; // it holds the folders of packages, which there are none of
+    return std::nullopt;
 }
 
 bool RunsUnderWine() {

@@ -1,26 +1,12 @@
 #include "platform/file_layer.h"
 #include "platform/posix/errors.h"
 
-#include "tests/support/temp_folder.h"
-
 #include <gtest/gtest.h>
 
 #include <cerrno>
-#include <filesystem>
-#include <fstream>
 
 namespace kvx {
 namespace {
-
-TEST(FileLayerPosix, AMovedFileTakesOverThePermissionsOfWhatItReplaces) {
-    const TempFolder folder;
-    const std::u16string from = folder.Write(u"from", "new");
-    const std::u16string to = folder.Write(u"to", "old");
-    const auto mode = std::filesystem::perms::owner_all | std::filesystem::perms::group_read;
-    std::filesystem::permissions(to, mode);
-    ASSERT_TRUE(SystemFileLayer().MoveOver(from, to));
-    EXPECT_EQ(std::filesystem::status(to).permissions(), mode);
-}
 
 TEST(FileLayerPosix, AFullDiskIsReportedAsSuch) {
     ErrorCode error = 0;
