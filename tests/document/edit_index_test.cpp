@@ -39,64 +39,6 @@ TEST(EditIndex, StaysSoundWhileItGrowsToThousandsOfRunsAndShrinksAgain) {
     EXPECT_EQ(file.Records(), "D0+9000");
 }
 
-// Each edit is near the one before, so that places are found from there, also over the borders of
-// nodes that have just been split.
-TEST(EditIndex, FindsItsWayWhenEditsMarchThroughTheDocument) {
-    EditedFile file(Pattern(12'000));
-    for (std::size_t at = 0; at + 3 < file.expected.size(); at += 6)
-        file.Overwrite(at, "1");
-    for (std::size_t at = 0; at + 3 < file.expected.size(); at += 4) {
-        file.Delete(at + 1, 1);
-        file.Overwrite(at + 2, "2");
-    }
-    Compare(file);
-    for (std::size_t at = file.expected.size() - 1; at > 5; at -= 5) {
-        file.Insert(at, "3");
-        file.Delete(at - 2, 1);
-    }
-    Compare(file);
-}
-
-TEST(EditIndex, ALongInsertedRunIsOnePieceHoweverItWasWritten) {
-    using Place = std::size_t (*)(std::size_t done); // of the next byte in the run
-    const Place places[] = {[](std::size_t done) { return done; },
-                            [](std::size_t) { return std::size_t{0}; },
-                            [](std::size_t done) { return done / 2; },
-                            [](std::size_t done) { return done > 1 ? done / 2 + 1 : 0; },
-                            [](std::size_t done) { return done * 7919 % (done + 1); }};
-    for (const Place place : places) {
-        EditedFile file(Pattern(100));
-        for (std::size_t done = 0; done < 5000; ++done)
-            file.Insert(50 + place(done), std::string(1, static_cast<char>(done * 31)));
-        Compare(file);
-        EXPECT_EQ(file.Records(), "I50+5000");
-        for (std::size_t left = 5000; left > 0; --left) {
-            file.Delete(50 + place(left - 1), 1);
-            if (left % 700 == 0) Compare(file);
-        }
-        EXPECT_TRUE(file.document.Edits().IsEmpty());
-    }
-}
-
-TEST(EditIndex, ALongOverwrittenRunIsOnePieceThatCanBeTakenBackAndDeleted) {
-    EditedFile file(std::string(6000, 'a'));
-    for (std::size_t at = 0; at < 2000; ++at) {
-        file.Overwrite(3000 + at, "1");
-        file.Overwrite(2999 - at, "2");
-    }
-    Compare(file);
-    for (std::size_t at = 0; at < 1000; ++at)
-        file.Overwrite(at * 7 % 1000 + 4000, "a"); // taken back
-    Compare(file);
-    EXPECT_EQ(file.Records(), "O1000+3000");
-    for (std::size_t count = 0; count < 1000; ++count) {
-        file.Delete(1000, 1);                        // forwards from the front
-        file.Delete(1000 + 3000 - 2 * count - 2, 1); // backwards from the end
-    }
-    Compare(file);
-    EXPECT_EQ(file.Records(), "D1000+1000 O2000+1000 D3000+1000");
-}
-
 TEST(EditIndex, WorksAtTheTopOfTheAddressRange) {
     constexpr std::uint64_t kSize = ~std::uint64_t{0} - 1000;
     EditIndex edits;

@@ -19,61 +19,27 @@ std::string Read(const EditedFile& file, std::uint64_t offset, std::uint64_t cou
     return {bytes.begin(), bytes.end()};
 }
 
-TEST(EditableDocument, KeepsEditsByTheirPlacesInTheFile) {
-    struct Case {
-        const char* name;
-        void (*edit)(EditedFile&);
-        const char* shown;
-        const char* records;
-    };
-    const Case cases[] = {
-        {"before a byte: behind what stands before it already",
-         [](EditedFile& f) { f.Insert(2, "x"), f.Insert(3, "y"); }, "abxycdef", "I2+2"},
-        {"append after the end was cut", [](EditedFile& f) { f.DeleteLast(2), f.Append("x"); },
-         "abcdx", "D4+2 I6+1"},
-        {"an anchor outlives its byte", [](EditedFile& f) { f.Insert(2, "x"), f.Delete(3, 2); },
-         "abxef", "I2+1 D2+2"},
-        {"bytes on both sides of a deleted one",
-         [](EditedFile& f) { f.Insert(2, "x"), f.Delete(3, 1), f.Insert(3, "y"); }, "abxydef",
-         "I2+1 D2+1 I3+1"},
-        {"insert between overwritten bytes",
-         [](EditedFile& f) { f.Overwrite(2, "CD"), f.Insert(3, "x"); }, "abCxDef",
-         "O2+1 I3+1 O3+1"},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        EditedFile file("abcdef");
-        c.edit(file);
-        EXPECT_EQ(file.Shown(), c.shown);
-        EXPECT_EQ(file.Records(), c.records);
-    }
-}
-
-TEST(EditableDocument, RefusesWhatIsFarOutside) {
-    constexpr std::uint64_t kAll = ~std::uint64_t{0};
+TEST(EditableDocument, RefusesWhatIsFarOutsideAndWithoutAFileEverything) {
+    constexpr std::uint64_t kFarOff = ~std::uint64_t{0};
     EditedFile file("abcdef");
-    EXPECT_FALSE(file.document.OverwriteByte(kAll, 'x'));
-    EXPECT_FALSE(file.document.InsertByte(kAll, 'x'));
-    EXPECT_FALSE(file.document.DeleteByte(kAll));
-    EXPECT_EQ(Read(file, 2, kAll), "cdef");
-    EXPECT_EQ(Read(file, kAll, kAll), "");
-}
+    EditableDocument& document = file.document;
+    const auto expectRefusals = [&](std::uint64_t offset) {
+        EXPECT_FALSE(document.OverwriteByte(offset, 'x'));
+        EXPECT_FALSE(document.InsertByte(offset, 'x'));
+        EXPECT_FALSE(document.DeleteByte(offset));
+        EXPECT_EQ(Read(file, offset, kFarOff), "");
+    };
+    file.Append("x");
+    EXPECT_TRUE(document.Open(document.GetPath()));
+    EXPECT_EQ(Read(file, 2, kFarOff), "cdef") << "opening dropped the edits";
+    expectRefusals(kFarOff);
 
-TEST(EditableDocument, WithoutAFileIsEmptyAndRefusesEverything) {
-    EditedFile file("abc");
-    file.Append("d");
-    EXPECT_TRUE(file.document.Open(file.document.GetPath()));
-    EXPECT_EQ(file.Shown(), "abc") << "opening dropped the edits";
-    EXPECT_TRUE(file.document.InsertByte(0, 'x'));
-    EXPECT_FALSE(file.document.Open(file.folder.Path(u"missing")));
-    EXPECT_FALSE(file.document.IsOpen());
-    EXPECT_FALSE(file.document.IsModified());
-    EXPECT_EQ(file.document.GetSize(), 0u);
-    EXPECT_EQ(file.document.GetPath(), u"");
-    EXPECT_EQ(Read(file, 0, 1), "");
-    EXPECT_FALSE(file.document.InsertByte(0, 'x'));
-    EXPECT_FALSE(file.document.OverwriteByte(0, 'x'));
-    EXPECT_FALSE(file.document.DeleteByte(0));
+    EXPECT_TRUE(document.InsertByte(0, 'x'));
+    EXPECT_FALSE(document.Open(file.folder.Path(u"missing")));
+    EXPECT_FALSE(document.IsOpen() || document.IsModified());
+    EXPECT_EQ(document.GetSize(), 0U);
+    EXPECT_EQ(document.GetPath(), u"");
+    expectRefusals(0);
 }
 
 // Long stretches, short ones, runs of inserted and deleted bytes, far more than one read can share.

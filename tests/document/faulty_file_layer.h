@@ -13,14 +13,10 @@ namespace kvx {
 
 /// The calls that a fault can be put on.
 // clang-format off
-enum class Call {
+enum class Call : std::size_t {
     OpenForReading, OpenForWriting, Create, TempName, Read, Seek, Write, SetEnd, Flush, Move, Delete
 };
 // clang-format on
-inline constexpr std::array kCalls = {Call::OpenForReading, Call::OpenForWriting, Call::Create,
-                                      Call::TempName,       Call::Read,           Call::Seek,
-                                      Call::Write,          Call::SetEnd,         Call::Flush,
-                                      Call::Move,           Call::Delete};
 inline constexpr std::array kCallNames = {"OpenForReading", "OpenForWriting", "Create", "TempName",
                                           "Read",           "Seek",           "Write",  "SetEnd",
                                           "Flush",          "Move",           "Delete"};
@@ -174,7 +170,7 @@ private:
 
     FileLayer& files_ = SystemFileLayer();
     std::array<std::optional<Fault>, 2> faults_;
-    std::array<int, kCalls.size()> counts_{};
+    std::array<int, kCallNames.size()> counts_{};
     bool isDead_ = false;
     std::size_t mostPerRead_ = std::numeric_limits<std::size_t>::max();
 };

@@ -32,36 +32,6 @@ TEST_F(FileViewModelTest, ReadsAreCutAtTheEndAndAreOneReadOfTheFile) {
     EXPECT_TRUE(model_.ReadBytes(3, 0).empty());
 }
 
-TEST_F(FileViewModelTest, AFailedOpenClosesWhatWasOpen) {
-    ASSERT_TRUE(model_.Open(folder_.Write(u"f", "content")));
-    EXPECT_FALSE(model_.Open(folder_.Path(u"missing")));
-    EXPECT_FALSE(model_.IsOpen());
-    EXPECT_EQ(model_.GetSize(), 0U);
-    EXPECT_EQ(model_.GetPath(), u"");
-}
-
-TEST_F(FileViewModelTest, OpensItsOwnPathAgain) {
-    ASSERT_TRUE(model_.Open(folder_.Write(u"f", "old")));
-    folder_.Write(u"f", "longer");
-    const std::u16string path = model_.GetPath();
-    EXPECT_TRUE(model_.Open(path));
-    EXPECT_EQ(Text(model_.ReadBytes(0, 100)), "longer");
-}
-
-TEST_F(FileViewModelTest, KeepsTheSizeOfAFileThatGrowsOrShrinksAndReadsOnWhenItIsRenamed) {
-    const std::u16string path = folder_.Write(u"f", "0123456789");
-    ASSERT_TRUE(model_.Open(path));
-    std::filesystem::resize_file(path, 20);
-    EXPECT_EQ(model_.GetSize(), 10U);
-    EXPECT_EQ(Text(model_.ReadBytes(5, 100)), "56789");
-    std::filesystem::resize_file(path, 7);
-    EXPECT_EQ(model_.GetSize(), 10U);
-    EXPECT_EQ(Text(model_.ReadBytes(5, 100)), "56");
-    EXPECT_TRUE(model_.ReadBytes(8, 1).empty());
-    std::filesystem::rename(path, folder_.Path(u"renamed"));
-    EXPECT_EQ(Text(model_.ReadBytes(0, 3)), "012");
-}
-
 TEST_F(FileViewModelTest, AFailedReadIsEmptyAndTellsItsReason) {
     ASSERT_TRUE(model_.Open(folder_.Write(u"f", "0123456789")));
     files_.Arm({.call = Call::Read, .number = 1, .code = 1117},

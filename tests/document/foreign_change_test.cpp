@@ -101,14 +101,5 @@ TEST(ForeignChange, ThatIsTakenBackLetsALaterSaveSucceed) {
     }
 }
 
-TEST(ForeignChange, ThatCutsTheFileRefusesEditsOfBytesThatAreGone) {
-    EditedFile file(kContent);
-    std::filesystem::resize_file(file.folder.Path(EditedFile::kName), 4);
-    EXPECT_FALSE(file.document.OverwriteByte(4, 'x'));
-    file.Overwrite(3, "y");
-    file.Insert(4, "inserted");
-    EXPECT_EQ(file.Shown(), "012yinserted");
-}
-
 } // namespace
 } // namespace kvx

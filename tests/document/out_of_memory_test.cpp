@@ -96,6 +96,15 @@ TEST(OutOfMemory, AnEditIsDoneWhollyOrNotAtAll) {
     EXPECT_GT(refused, 100);
 }
 
+TEST(OutOfMemory, DeletingInsertedBytesNeedsNone) {
+    EditedFile file(Pattern(100));
+    file.Insert(50, Pattern(600)); // more than one run holds, which become one again
+    WithAllocations(0, [&] { file.Delete(60, 580); });
+    EXPECT_TRUE(file.document.Edits().IsSound());
+    EXPECT_EQ(file.Shown(), file.expected);
+    EXPECT_EQ(file.Records(), "I50+20");
+}
+
 TEST(OutOfMemory, AReadGivesNothing) {
     EditedFile file(Pattern(4000));
     file.Insert(2000, "x");
