@@ -3,9 +3,9 @@
 #include "platform/system.h"
 #include "settings/file_text.h"
 #include "tests/settings/settings_testing.h"
+#include "tests/support/mock_files.h"
 #include "tests/support/temp_folder.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -46,63 +46,44 @@ TEST(SettingsFile, ThatIsMissingOrAFolderOrTooLargeChangesNothing) {
     EXPECT_EQ(Loaded(folder.Path(u"large")), AppSettings{});
 }
 
-TEST(SettingsFile, NamesThePathThatCannotBeWritten) {
-    const TempFolder folder;
-    std::filesystem::create_directory(folder.Root() / "folder");
-    for (const char16_t* name : {u"no such folder/x.json", u"folder"}) {
-        const SettingsSaveResult result = SaveSettings(folder.Path(name), kSample);
-        EXPECT_FALSE(result.ok);
-        EXPECT_EQ(result.message,
-                  u"Failed to open settings file for writing: " + folder.Path(name));
-    }
-}
-
-/// Files that fail, throw or are locked as a test demands.
-class MockFileLayer : public FileLayer {
+/// Gives the first half of the sample, then an error or the end.
+class HalfOfTheSample : public ReadableFile {
 public:
-    MOCK_METHOD(std::unique_ptr<ReadableFile>, OpenForReading, (const std::u16string&, ErrorCode&),
-                (override));
-    MOCK_METHOD(std::unique_ptr<WritableFile>, OpenForWriting, (const std::u16string&, ErrorCode&),
-                (override));
-    MOCK_METHOD(std::unique_ptr<WritableFile>, CreateForWriting,
-                (const std::u16string&, ErrorCode&), (override));
-    MOCK_METHOD(std::optional<std::u16string>, MakeTempFile,
-                (const std::u16string&, std::u16string_view, ErrorCode&), (override));
-    MOCK_METHOD(FileResult, MoveOver, (const std::u16string&, const std::u16string&), (override));
-    MOCK_METHOD(FileResult, Delete, (const std::u16string&), (override));
-};
-
-class FullDisk : public WritableFile {
-public:
-    FileResult Seek(std::uint64_t) override { return FileResult::Success(); }
-    FileResult Write(ByteView, std::uint64_t&) override { return FileResult::Failure(112); }
-    FileResult SetEnd() override { return FileResult::Success(); }
-    FileResult Flush() override { return FileResult::Success(); }
-};
-
-class FailsAmidReading : public ReadableFile {
-public:
+    explicit HalfOfTheSample(std::optional<std::size_t> then) : then_(then) {}
     std::optional<std::uint64_t> Size() const override { return 1000; }
     std::optional<std::size_t> ReadAt(std::uint64_t offset, std::span<std::uint8_t> target,
                                       ErrorCode&) const override {
-        if (offset > 0) return std::nullopt;
+        if (offset > 0) return then_;
         return WriteSettingsText(kSample).copy(reinterpret_cast<char*>(target.data()), 500);
     }
+
+private:
+    std::optional<std::size_t> then_;
 };
 
-TEST(SettingsFile, ThatFailsAmidReadingChangesNothing) {
+TEST(SettingsFile, ThatFailsAmidReadingChangesNothingAndOneThatBecameShorterIsReadSoFar) {
     MockFileLayer files;
+    const auto half = [](std::optional<std::size_t> then) {
+        return testing::Return(testing::ByMove(std::make_unique<HalfOfTheSample>(then)));
+    };
     EXPECT_CALL(files, OpenForReading)
-        .WillOnce(testing::Return(testing::ByMove(std::make_unique<FailsAmidReading>())))
-        .WillOnce(testing::Throw(std::bad_alloc()));
+        .WillOnce(half(std::nullopt))
+        .WillOnce(testing::Throw(std::bad_alloc()))
+        .WillOnce(half(0));
     EXPECT_EQ(Loaded(u"x", files), AppSettings{});
     EXPECT_EQ(Loaded(u"x", files), AppSettings{});
+    AppSettings soFar;
+    ReadSettingsText(WriteSettingsText(kSample).substr(0, 500), soFar);
+    EXPECT_EQ(Loaded(u"x", files), soFar);
+    EXPECT_NE(soFar, AppSettings{});
 }
 
 TEST(SettingsFile, TellsWhyWritingFailedAndLetsNoExceptionOut) {
+    auto fullDisk = std::make_unique<MockWritableFile>();
+    EXPECT_CALL(*fullDisk, Write).WillOnce(testing::Return(FileResult::Failure(112)));
     MockFileLayer files;
     EXPECT_CALL(files, CreateForWriting)
-        .WillOnce(testing::Return(testing::ByMove(std::make_unique<FullDisk>())))
+        .WillOnce(testing::Return(testing::ByMove(std::move(fullDisk))))
         .WillOnce(testing::Throw(std::runtime_error("boom")))
         .WillOnce(testing::Throw(7));
     EXPECT_EQ(SaveSettings(u"x", kSample, files).message,
