@@ -33,8 +33,7 @@ TEST(Text, ConvertsUtf8ToUtf16MalformedByteByByte) {
     }
 }
 
-TEST(Text, ConvertsUtf16ToUtf8WithLoneSurrogatesReplaced) {
-    EXPECT_EQ(Utf16ToUtf8(u"a\u00E9\u65E5\U0001F600"), "a\xC3\xA9\xE6\x97\xA5\xF0\x9F\x98\x80");
+TEST(Text, ReplacesLoneSurrogates) {
     const char16_t lone[] = {u'a', 0xD83D, u'b', 0xDE00, 0xD83D};
     EXPECT_EQ(Utf16ToUtf8({lone, 5}), "a\xEF\xBF\xBD"
                                       "b\xEF\xBF\xBD\xEF\xBF\xBD");
