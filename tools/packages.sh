@@ -10,7 +10,7 @@ packages_wine='wine wine64 libgl1 libgl1-mesa-dri libgnutls30 libxcomposite1 lib
   libxi6 libxinerama1 libxrandr2 libxrender1 fonts-dejavu-core fonts-unifont'
 packages_display='xvfb xkb-data openbox x11-utils imagemagick'
 
-packages_test='g++ googletest libbenchmark-dev nlohmann-json3-dev libicu-dev clang libclang-rt-dev clang-tidy
+packages_test='g++ googletest libbenchmark-dev libicu-dev clang libclang-rt-dev clang-tidy
   clang-format llvm'
 # The sample patterns are tested on files that these make.
 packages_test+=' binutils cpio dosfstools e2fsprogs fdisk gzip imagemagick ntfs-3g p7zip sqlite3 squashfs-tools

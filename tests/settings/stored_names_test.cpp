@@ -7,35 +7,46 @@
 namespace kvx::test {
 namespace {
 
-TEST(EncodingIdentifiers, AreReadInEverySpelling) {
-    const std::vector<std::pair<TextEncoding, std::vector<std::string_view>>> rows = {
-        {TextEncoding::Ascii, {"ascii", "latin1", "", "-", "utf-32", "日本語"}},
-        {TextEncoding::Utf8, {"utf8", "UTF-8", "utf_8"}},
-        {TextEncoding::Utf16Le, {"utf16le", "UTF-16 LE"}},
-        {TextEncoding::Utf16Be, {"utf16be", "UTF-16BE"}},
-        {TextEncoding::ShiftJis, {"cp932", "windows-31j", "Shift-JIS", "shift_jis", "SJIS"}},
-        {TextEncoding::Windows949, {"cp949", "windows-949", "windows31k"}},
-        {TextEncoding::EucKr, {"euc-kr", "EUC_KR"}},
-        {TextEncoding::Big5, {"big5", "Big-5"}},
-        {TextEncoding::Gbk, {"gbk", "GBK", "cp936"}},
-        {TextEncoding::Tis620, {"tis-620", "ISO 8859-11", "cp874", "windows-874"}},
-        {TextEncoding::Windows1258, {"windows-1258", "cp1258"}},
-        {TextEncoding::IsciiDevanagari, {"iscii-devanagari", "ISCII91 Devanagari", "iscii"}},
+TEST(EncodingNames, AreWrittenInOneWayAndReadInEverySpelling) {
+    struct Row {
+        std::string_view group;
+        std::string_view written;
+        std::vector<std::string_view> others;
     };
-    for (const auto& [encoding, spellings] : rows) {
-        for (const std::string_view spelling : spellings)
+    const std::vector<Row> rows = {
+        {"", "ascii", {"latin1", "", "-", "utf-32", "日本語"}},
+        {"", "utf8", {"UTF-8", "utf_8"}},
+        {"", "utf16le", {"UTF-16 LE"}},
+        {"", "utf16be", {"UTF-16BE"}},
+        {"japanese", "cp932", {"windows-31j", "Shift-JIS", "shift_jis", "SJIS"}},
+        {"korean", "cp949", {"windows-949", "windows31k"}},
+        {"korean", "euc-kr", {"EUC_KR"}},
+        {"chinese", "big5", {"Big-5"}},
+        {"chinese", "gbk", {"GBK", "cp936"}},
+        {"thai", "tis-620", {"ISO 8859-11", "cp874", "windows-874"}},
+        {"vietnamese", "windows-1258", {"cp1258"}},
+        {"indic", "iscii-devanagari", {"ISCII91 Devanagari", "iscii"}},
+    };
+    ASSERT_EQ(rows.size(), kTextEncodingCount);
+    for (std::uint32_t value = 0; value < kTextEncodingCount; ++value) {
+        const auto encoding = static_cast<TextEncoding>(value);
+        const auto& [group, written, others] = rows[value];
+        EXPECT_EQ(EncodingLanguageGroup(encoding), group);
+        EXPECT_EQ(EncodingIdentifier(encoding), written);
+        EXPECT_EQ(EncodingOfIdentifier(written), encoding) << written;
+        for (const std::string_view spelling : others)
             EXPECT_EQ(EncodingOfIdentifier(spelling), encoding) << spelling;
     }
 }
 
-TEST(EncodingIdentifiers, OfACharsetMustBelongToTheirLanguage) {
+TEST(EncodingNames, OfACharsetMustBelongToTheirLanguage) {
     EXPECT_EQ(EncodingOfCharset("JAPA-NESE", "Shift_JIS"), TextEncoding::ShiftJis);
-    for (const auto& [language, code] : {std::pair("japanese", "gbk"),
-                                         {"japanese", "utf8"},
-                                         {"klingon", "cp932"},
-                                         {"", "utf8"},
-                                         {"japanese", ""}})
-        EXPECT_EQ(EncodingOfCharset(language, code), std::nullopt) << language << " " << code;
+    for (const auto& [group, code] : {std::pair("japanese", "gbk"),
+                                      {"japanese", "utf8"},
+                                      {"klingon", "cp932"},
+                                      {"", "utf8"},
+                                      {"japanese", ""}})
+        EXPECT_EQ(EncodingOfCharset(group, code), std::nullopt) << group << " " << code;
 }
 
 } // namespace
