@@ -52,10 +52,10 @@ public:
 
 private:
     int Computed(int request) {
-        if (request < 0) throw std::length_error("too long");
         std::unique_lock lock(mutex_);
         ++begun_;
         changed_.notify_all();
+        if (request < 0) throw std::length_error("too long");
         changed_.wait(lock, [this] { return open_; });
         return request;
     }
@@ -134,6 +134,7 @@ TEST(LatestRequestWorker, GoesOnAfterAComputationThatFails) {
     Desk desk;
     desk.worker.Start();
     desk.worker.Submit(-1);
+    desk.WaitForBegun(1);
     EXPECT_EQ(desk.AnswersUpTo(desk.worker.Submit(1)), (std::vector<int>{1}));
 }
 

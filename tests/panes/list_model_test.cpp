@@ -4,9 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <functional>
-#include <random>
 
 namespace kvx {
 
@@ -53,6 +51,7 @@ TEST_F(ListModelTest, ScalesEverythingWithTheResolution) {
     list.SetArea({600, 594, 93});
     list.OnScrollTo(ListAxis::Vertical, 40);
     list.SetDpi(144);
+    EXPECT_EQ(list.Dpi(), 144);
     EXPECT_EQ(list.CaptionBand(), (PaneRect{0, 93, 600, 144}));
     EXPECT_EQ(list.CellRect(1, 1), (PaneRect{150, 132, 480, 180}));
     EXPECT_EQ(list.SeparatorX(0), 138);
@@ -84,8 +83,11 @@ TEST_F(ListModelTest, ScrollsByTheStepsOfKeysWheelAndBars) {
         {[&] { return key(ListKey::PageDown); }, 0, 300},
         {[&] { return key(ListKey::PageUp); }, 0, 0},
         {[&] { return key(ListKey::End); }, 316, 340},
+        {[&] { return list.OnScroll(Vertical, ListScroll::PageBack); }, 316, 40},
         {[&] { return list.OnScrollTo(Vertical, 7); }, 316, 7},
         {[&] { return list.OnScroll(Horizontal, ListScroll::ToStart); }, 0, 7},
+        {[&] { return list.OnScroll(Horizontal, ListScroll::ToEnd); }, 316, 7},
+        {[&] { return list.OnScroll(Horizontal, ListScroll::PageBack); }, 0, 7},
     };
     for (const Case& each : cases) {
         EXPECT_EQ(each.input(), ListEffect::Repaint);
@@ -119,6 +121,8 @@ TEST_F(ListModelTest, MovesTheSelectionIntoSight) {
     EXPECT_EQ(list.SelectedRow(), 19U);
     list.SetRowCount(19);
     EXPECT_EQ(list.SelectedRow(), std::nullopt);
+    list.OnKey(ListKey::Down);
+    EXPECT_EQ(list.SelectedRow(), 0U);
     list.SetRowCount(2);
     EXPECT_EQ(list.OnPress({50, 96 + 64}), ListEffect::None); // below the rows
     EXPECT_EQ(list.OnPress({50, 80}), ListEffect::None);      // on a caption
@@ -147,39 +151,16 @@ TEST_F(ListModelTest, ResizesAColumnByItsDivider) {
     EXPECT_EQ(list.OnDoubleClick({5, 70}), ListEffect::None);
 }
 
-TEST_F(ListModelTest, KeepsWithinItsBoundsWhateverComes) {
-    std::mt19937 random(61);
-    const auto any = [&](int end) {
-        return static_cast<int>(random() % static_cast<unsigned>(end));
-    };
-    const auto point = [&] {
-        return PanePoint{any(900) - 100, any(2) == 0 ? 62 + any(34) : any(500)};
-    };
-    const std::function<void()> inputs[] = {
-        [&] {
-            list.SetArea({any(800), any(600), any(2) * 200});
-        },
-        [&] { list.SetRowCount(random() % 258); },
-        [&] { list.SetDpi(96 + any(4) * 48); },
-        [&] { list.OnKey(static_cast<ListKey>(any(7))); },
-        [&] { list.OnWheel(any(2000) - 1000); },
-        [&] { list.OnScroll(static_cast<ListAxis>(any(2)), static_cast<ListScroll>(any(6))); },
-        [&] { list.OnPress(point()); },
-        [&] { list.OnMove(point()); },
-        [&] { list.OnRelease(); },
-    };
-    for (int step = 0; step < 5000; ++step) {
-        inputs[random() % std::size(inputs)]();
-        for (const ListScrollRange& range : {Across(), Down()}) {
-            ASSERT_GE(range.positionPx, 0);
-            ASSERT_LE(range.positionPx, std::max(0, range.contentPx - range.pagePx));
-        }
-        const ListRowRange rows = list.VisibleRows();
-        ASSERT_LE(rows.begin, rows.end);
-        for (std::size_t column = 0; column < kStructViewColumns.size(); ++column)
-            ASSERT_GE(list.CaptionRect(column).Width(),
-                      ScaledToDpi(kStructViewColumns[column].minimumWidth, list.Dpi()));
-    }
+TEST_F(ListModelTest, ScrollsBackWhenThereIsLessToShowOrMoreRoomForIt) {
+    list.OnKey(ListKey::End);
+    list.SetRowCount(10);
+    EXPECT_EQ(Down(), (ListScrollRange{320, 300, 20}));
+    list.SetArea({600, kTop + kListCaptionHeight + 310, kTop});
+    EXPECT_EQ(Down(), (ListScrollRange{320, 310, 10}));
+    EXPECT_EQ(Across(), (ListScrollRange{716, 600, 116}));
+    list.OnPress(OnDivider(1));
+    list.OnMove({0, 0});
+    EXPECT_EQ(Across(), (ListScrollRange{716 - 220 + 80, 600, 0}));
 }
 
 TEST(ListKeys, CopyOnlyWithControlAndLeaveOtherKeysAlone) {
