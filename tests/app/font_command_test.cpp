@@ -30,7 +30,7 @@ TEST(FontChoice, PreselectsTheCurrentFontOrTheFirst) {
 TEST(FontCommand, ShowsAndStoresTheChoice) {
     ShellRig rig;
     rig.host.installedFonts = {{u"Monaco", true}, {u"Consolas", true}};
-    rig.host.chosenFont = FontChoice{u"Monaco", 24.0F, true, false};
+    rig.host.chosenFont = FontChoice{u"Monaco", 24.0F, true, true};
     ChooseHexViewFont(rig.shell);
     EXPECT_EQ(rig.host.fontDialog.families, (std::vector<std::u16string>{u"Consolas", u"Monaco"}));
     EXPECT_EQ(rig.host.fontDialog.current, (FontChoice{u"Consolas", 12.0F, false, false}));
@@ -41,6 +41,7 @@ TEST(FontCommand, ShowsAndStoresTheChoice) {
     expected.fontFamily = u"Monaco";
     expected.fontSize = 24.0F;
     expected.bold = true;
+    expected.italic = true;
     EXPECT_EQ(rig.Stored(), expected);
     ChooseHexViewFont(rig.shell);
     EXPECT_EQ(rig.host.fontDialog.current, *rig.host.chosenFont);
