@@ -1,5 +1,6 @@
 #include "app/shell.h"
 
+#include "app/view_commands.h"
 #include "tests/app/shell_fakes.h"
 
 #include <gtest/gtest.h>
@@ -18,6 +19,15 @@ TEST(Shell, StartsFromTheSettingsFile) {
     EXPECT_EQ(rig.stage.State().fontFamily, u"Consolas");
     EXPECT_TRUE(rig.stage.State().bold);
     EXPECT_FLOAT_EQ(rig.stage.State().fontSizeDip, 20.0F * 96.0F / 72.0F);
+}
+
+TEST(Shell, KeepsAChoiceThatCannotBeWrittenAndAsksNothing) {
+    ShellRig rig;
+    rig.shell.Load(rig.folder.Root().u16string(), rig.folder.Path(u"missing") + u"/settings.json");
+    SelectTheme(rig.shell, Theme::Black);
+    EXPECT_EQ(rig.shell.Settings().theme, Theme::Black);
+    EXPECT_EQ(rig.stage.State().theme, Theme::Black);
+    EXPECT_TRUE(rig.host.boxes.empty());
 }
 
 TEST(Shell, ShowsOnlyTheNewestOfTooManyRecentFilesAndLosesNone) {
