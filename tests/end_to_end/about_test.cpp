@@ -23,7 +23,7 @@ TEST(AboutTest, SaysWhatTheProgramIsAndUnderWhichLicence) {
     const ProgramTexts text(program);
     const InProcessWindow window(program);
     const HWND main = ::GetAncestor(window.View(), GA_ROOT);
-    UseDialog(window, kCommandAbout, L"Kivra.AboutDialog", [&](const Dialog& dialog) {
+    UseDialog(window, Command::About, L"Kivra.AboutDialog", [&](const Dialog& dialog) {
         EXPECT_EQ(TextOf(dialog.window), text("dialog.about.title"));
         const std::pair<int, std::u16string> texts[] = {
             {kAboutProductId, u"Binary Editor Kivra"},
@@ -60,7 +60,7 @@ TEST(AboutTest, AClickOpensTheHomePageAndCloseEndsIt) {
     const InProcessWindow window(program);
     const ReplacedImport browser(__imp_ShellExecuteW, OpenedIn);
     opened.clear();
-    UseDialog(window, kCommandAbout, L"Kivra.AboutDialog", [&](const Dialog& dialog) {
+    UseDialog(window, Command::About, L"Kivra.AboutDialog", [&](const Dialog& dialog) {
         ASSERT_TRUE(dialog.WaitForFocus(kDefaultButtonId));
         dialog.Click(kAboutHomepageId);
         EXPECT_TRUE(WaitUntil([] { return !opened.empty(); }));

@@ -104,7 +104,7 @@ std::optional<Dialog> WaitForDialog(DWORD processId, std::wstring_view className
     return came ? std::optional(dialog) : std::nullopt;
 }
 
-void UseDialog(const InProcessWindow& window, UINT command, std::wstring_view className,
+void UseDialog(const InProcessWindow& window, Command command, std::wstring_view className,
                const std::function<void(const Dialog& dialog)>& user) {
     std::atomic<bool> over = false;
     std::thread person([&] {
@@ -117,8 +117,8 @@ void UseDialog(const InProcessWindow& window, UINT command, std::wstring_view cl
             ::Sleep(20);
         }
     });
-    ::SendMessageW(::GetAncestor(window.View(), GA_ROOT), WM_COMMAND, command, 0);
-    Used(CommandUse(command));
+    ::SendMessageW(::GetAncestor(window.View(), GA_ROOT), WM_COMMAND, CommandId(command), 0);
+    Used(CommandUse(CommandId(command)));
     over = true;
     person.join();
 }

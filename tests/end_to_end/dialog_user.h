@@ -50,7 +50,7 @@ std::optional<Dialog> WaitForDialog(DWORD processId, std::wstring_view className
 
 /// Runs a command of `window` that shows a dialog of the class, has `user` use it and returns when
 /// it is gone. A dialog that `user` leaves open is closed.
-void UseDialog(const InProcessWindow& window, UINT command, std::wstring_view className,
+void UseDialog(const InProcessWindow& window, Command command, std::wstring_view className,
                const std::function<void(const Dialog& dialog)>& user);
 
 /// Waits for a message box of this process and takes its OK; its text and caption, parted by "|".

@@ -10,7 +10,7 @@ namespace kvx::test {
 namespace {
 
 struct TabOrder {
-    UINT command;
+    Command command;
     const wchar_t* className;
     const DialogLayout* layout;
     std::vector<int> ids; ///< from the one that has the focus at first
@@ -113,25 +113,25 @@ TEST_P(DialogTest, GrowsWithTheDpiOfItsScreen) {
 
 INSTANTIATE_TEST_SUITE_P(
     Dialogs, DialogTest,
-    testing::Values(TabOrder{kCommandFind,
+    testing::Values(TabOrder{Command::Find,
                              L"Kivra.SearchDialog",
                              &kSearchLayout,
                              {kSearchQueryId, kSearchPreviousId, kDefaultButtonId, kCancelButtonId,
                               kSearchTypeId}},
-                    TabOrder{kCommandGoTo,
+                    TabOrder{Command::GoTo,
                              L"Kivra.PromptDialog",
                              &kPromptLayout,
                              {kPromptAnswerId, kDefaultButtonId, kCancelButtonId}},
-                    TabOrder{kCommandFont,
+                    TabOrder{Command::Font,
                              L"Kivra.FontDialog",
                              &kFontLayout,
                              {kFontFamilyId, kFontSizeId, kFontBoldId, kFontItalicId,
                               kDefaultButtonId, kCancelButtonId}},
-                    TabOrder{kCommandAbout,
+                    TabOrder{Command::About,
                              L"Kivra.AboutDialog",
                              &kAboutLayout,
                              {kDefaultButtonId, kAboutHomepageId, kAboutLicenseId}}),
-    [](const auto& param) { return "Command" + std::to_string(param.param.command); });
+    [](const auto& param) { return "Command" + std::to_string(CommandId(param.param.command)); });
 
 TEST(DialogOwner, EndsItsDragUnderADialogAndKeepsTheSelectionWhileEscIsHeldDown) {
     const ProgramCopy program;
@@ -146,7 +146,7 @@ TEST(DialogOwner, EndsItsDragUnderADialogAndKeepsTheSelectionWhileEscIsHeldDown)
     mouse(WM_MOUSEMOVE, 200, 160);
     const std::uint64_t end = state.selEnd;
     ASSERT_NE(end, state.selAnchor);
-    UseDialog(window, kCommandGoTo, L"Kivra.PromptDialog", [&](const Dialog& dialog) {
+    UseDialog(window, Command::GoTo, L"Kivra.PromptDialog", [&](const Dialog& dialog) {
         mouse(WM_MOUSEMOVE, 200, 260);
         dialog.Press(kCancelButtonId);
         EXPECT_TRUE(dialog.WaitForEnd());
@@ -180,7 +180,7 @@ protected:
 
     /// The caret, as the go-to dialog shows it.
     std::u16string Caret() {
-        kivra_.Post(kCommandGoTo);
+        kivra_.Post(Command::GoTo);
         const auto dialog = WaitForDialog(kivra_.Id(), L"Kivra.PromptDialog");
         if (!dialog) return u"no dialog";
         const std::u16string text = dialog->Text(kPromptAnswerId);

@@ -27,13 +27,13 @@ protected:
         auto kivra = std::make_unique<KivraProcess>(program_, Quoted(path));
         EXPECT_TRUE(kivra->WaitForWindow());
         EXPECT_TRUE(kivra->WaitForTitle(text_.Title(path.filename().u16string())));
-        if (editable) kivra->Run(kCommandToggleReadOnly);
+        if (editable) kivra->Run(Command::ToggleReadOnly);
         return kivra;
     }
 
     /// Runs Save and expects it to fail with this reason, the change still being there.
     void ExpectSaveFailure(const KivraProcess& kivra, ErrorCode reason) {
-        kivra.Post(kCommandSave);
+        kivra.Post(Command::Save);
         const auto box = kivra.WaitForBox();
         ASSERT_TRUE(box);
         EXPECT_EQ(box->Text(), text_("error.save_failed") + u"\r\n\r\n" + Win32ErrorText(reason));
@@ -92,7 +92,7 @@ TEST_F(EditingTest, WhatIsTypedOnTheKeyboardIsExactlyWhatIsSaved) {
     ASSERT_TRUE(prompt);
     prompt->Press(IDCANCEL);
     ASSERT_TRUE(prompt->WaitForEnd());
-    kivra->Run(kCommandSave);
+    kivra->Run(Command::Save);
     EXPECT_TRUE(kivra->WaitForTitle(clean_));
     EXPECT_TRUE(FileEquals(path_, expected));
     EXPECT_EQ(files_.Names(), std::set<std::u16string>{u"data.bin"});
@@ -100,7 +100,7 @@ TEST_F(EditingTest, WhatIsTypedOnTheKeyboardIsExactlyWhatIsSaved) {
     // The saved file is open again and can be edited further.
     kivra->Type("EE");
     ASSERT_TRUE(kivra->WaitForTitle(modified_));
-    kivra->Run(kCommandSave);
+    kivra->Run(Command::Save);
     expected.insert(0, "\xEE");
     EXPECT_TRUE(FileEquals(path_, expected));
 }
@@ -113,7 +113,7 @@ TEST_F(EditingTest, AReadOnlyViewRefusesEveryEdit) {
     kivra->Key(VK_BACK);
     kivra->Key(VK_INSERT);
     EXPECT_EQ(kivra->Title(), clean_);
-    kivra->Run(kCommandSave);
+    kivra->Run(Command::Save);
     EXPECT_TRUE(FileEquals(path_, bytes));
 
     kivra->RequestClose(); // nothing to ask
@@ -125,7 +125,7 @@ TEST_F(EditingTest, BytesAreAddedToAnEmptyFile) {
     kivra->Key(VK_INSERT);
     kivra->Type("4B76");
     ASSERT_TRUE(kivra->WaitForTitle(modified_));
-    kivra->Run(kCommandSave);
+    kivra->Run(Command::Save);
     EXPECT_TRUE(FileEquals(path_, "Kv"));
 }
 
@@ -133,7 +133,7 @@ TEST_F(EditingTest, EveryByteCanBeDeleted) {
     const auto kivra = Show("abc");
     for (int i = 0; i < 3; ++i)
         kivra->Key(VK_DELETE);
-    kivra->Run(kCommandSave);
+    kivra->Run(Command::Save);
     EXPECT_TRUE(kivra->WaitForTitle(clean_));
     EXPECT_TRUE(FileEquals(path_, ""));
 }
@@ -165,7 +165,7 @@ TEST_F(EditingTest, ClosingWithChangesAsksAndDoesWhatIsAnswered) {
         }
         EXPECT_TRUE(FileEquals(path_, row.onDisk));
         if (row.ends) continue;
-        kivra->Run(kCommandSave); // the change was kept
+        kivra->Run(Command::Save); // the change was kept
         EXPECT_TRUE(FileEquals(path_, changed));
     }
 }
@@ -180,36 +180,37 @@ TEST_F(EditingTest, EveryCommandThatGivesUpTheChangesAsksFirst) {
     const auto kivra = Show(original);
     kivra->Type("77");
     ASSERT_TRUE(kivra->WaitForTitle(modified_));
-    const auto answer = [&](UINT command, int button) {
-        SCOPED_TRACE(command);
+    const auto answer = [&](Command command, int button) {
+        SCOPED_TRACE(CommandId(command));
         kivra->Post(command);
         const auto box = kivra->WaitForBox();
         ASSERT_TRUE(box);
         EXPECT_EQ(box->Text(), text_("confirm.save_changes"));
         EXPECT_TRUE(button == IDCLOSE ? box->Close() : box->Press(button));
     };
-    const UINT commands[] = {kCommandOpen, kCommandClose, kCommandExit, kCommandRecentFirst + 1U};
-    for (const UINT command : commands) {
+    const Command commands[] = {Command::Open, Command::Close, Command::Exit,
+                                Command::RecentFirst + 1};
+    for (const Command command : commands) {
         for (const int button : {IDCANCEL, IDCLOSE}) {
             answer(command, button);
             EXPECT_EQ(kivra->Title(), modified_);
         }
     }
-    answer(kCommandOpen, IDNO);
+    answer(Command::Open, IDNO);
     EXPECT_TRUE(CancelFileDialog(kivra->Id()));
     EXPECT_EQ(kivra->Title(), modified_);
-    answer(kCommandRecentFirst + 1U, IDNO);
+    answer(Command::RecentFirst + 1, IDNO);
     EXPECT_TRUE(kivra->WaitForTitle(text_.Title(u"other.bin")));
     EXPECT_TRUE(FileEquals(path_, original));
 
-    kivra->Run(kCommandToggleReadOnly);
+    kivra->Run(Command::ToggleReadOnly);
     kivra->Type("77");
-    answer(kCommandClose, IDNO);
+    answer(Command::Close, IDNO);
     EXPECT_TRUE(kivra->WaitForTitle(text_("app.title")));
-    kivra->Run(kCommandRecentFirst);
-    kivra->Run(kCommandToggleReadOnly);
+    kivra->Run(Command::RecentFirst);
+    kivra->Run(Command::ToggleReadOnly);
     kivra->Type("78");
-    answer(kCommandExit, IDYES);
+    answer(Command::Exit, IDYES);
     EXPECT_EQ(kivra->WaitForExit(), 0);
     EXPECT_TRUE(FileEquals(other, "\x78" + original.substr(1)));
 }
@@ -236,7 +237,7 @@ TEST_F(EditingTest, AFileThatAnotherProgramHoldsKeepsTheWindowOpenAndTheChange) 
     EXPECT_TRUE(FileEquals(path_, original));
 
     reader.Reset();
-    kivra->Run(kCommandSave);
+    kivra->Run(Command::Save);
     EXPECT_TRUE(kivra->WaitForTitle(clean_));
     std::string changed = original;
     changed[0] = '\x77';
@@ -263,7 +264,7 @@ TEST_F(EditingTest, AFileThatShrinksWhileItIsShownOnlyLosesItsTail) {
     kivra->Key(VK_PRIOR);
     kivra->Type("22");
     ASSERT_TRUE(kivra->WaitForTitle(modified_));
-    kivra->Run(kCommandSave);
+    kivra->Run(Command::Save);
     bytes.resize(64);
     bytes[0] = '\x22';
     EXPECT_TRUE(FileEquals(path_, bytes));
@@ -292,7 +293,7 @@ TEST_F(EditingTest, AFolderThatCannotBeWrittenFailsTheSaveAndKeepsTheChange) {
     const auto kivra = ShowPath(path_, true);
     kivra->Key(VK_DELETE);
     ASSERT_TRUE(kivra->WaitForTitle(modified_));
-    kivra->Post(kCommandSave);
+    kivra->Post(Command::Save);
     const auto box = kivra->WaitForBox();
     ASSERT_TRUE(box);
     EXPECT_TRUE(box->Text().starts_with(text_("error.save_failed") + u"\r\n\r\n"));
@@ -310,7 +311,7 @@ TEST_F(EditingTest, EditsBeyondFourGibibytesLandWhereTheyWereMade) {
     keys.PressWithControl(VK_END);
     keys.Type("41");
     ASSERT_TRUE(kivra->WaitForTitle(modified_));
-    kivra->Run(kCommandSave);
+    kivra->Run(Command::Save);
     EXPECT_TRUE(kivra->WaitForTitle(clean_));
     EXPECT_EQ(std::filesystem::file_size(path_), kSize);
     std::ifstream file(path_, std::ios::binary);
@@ -325,7 +326,7 @@ TEST_F(EditingTest, AWindowThatIsSavingIgnoresClosing) {
     const auto kivra = Show(bytes);
     kivra->Key(VK_DELETE);
     ASSERT_TRUE(kivra->WaitForTitle(modified_));
-    kivra->Post(kCommandSave);
+    kivra->Post(Command::Save);
     kivra->RequestClose(); // taken from the queue by the running save
     EXPECT_TRUE(kivra->WaitForTitle(clean_));
     EXPECT_TRUE(kivra->IsRunning());

@@ -44,7 +44,7 @@ TEST_F(FontTest, IsShownAtOnceAndComesBackWithTheNextRun) {
     constexpr char16_t kOther[] = u"DejaVu Sans Mono";
     {
         InProcessWindow window(program_);
-        UseDialog(window, kCommandFont, kFontDialog, [&](const Dialog& dialog) {
+        UseDialog(window, Command::Font, kFontDialog, [&](const Dialog& dialog) {
             EXPECT_EQ(Read(dialog), (Shown{u"Consolas", u"12", false, false}));
             const auto families = dialog.Items(kFamily);
             EXPECT_EQ(std::count_if(families.begin(), families.end(),
@@ -66,7 +66,7 @@ TEST_F(FontTest, IsShownAtOnceAndComesBackWithTheNextRun) {
     EXPECT_TRUE(next.State().bold && next.State().italic);
     const std::string settings = program_.SettingsText();
     EXPECT_NE(settings.find("DejaVu Sans Mono"), std::string::npos);
-    UseDialog(next, kCommandFont, kFontDialog, [&](const Dialog& dialog) {
+    UseDialog(next, Command::Font, kFontDialog, [&](const Dialog& dialog) {
         EXPECT_EQ(Read(dialog), (Shown{kOther, u"20", true, true}));
         dialog.Select(kFamily, 0);
         dialog.Select(kSize, 0);
@@ -75,7 +75,7 @@ TEST_F(FontTest, IsShownAtOnceAndComesBackWithTheNextRun) {
     });
     EXPECT_EQ(next.State().fontFamily, kOther);
     EXPECT_EQ(program_.SettingsText(), settings);
-    UseDialog(next, kCommandFont, kFontDialog, [&](const Dialog& dialog) {
+    UseDialog(next, Command::Font, kFontDialog, [&](const Dialog& dialog) {
         dialog.Press(kBold);
         dialog.Press(kItalic);
         dialog.Press(IDOK);

@@ -28,14 +28,14 @@ TEST_F(GoToTest, GoesToEveryFormOfAnOffset) {
                  {u"100", 0x100},
                  {u"FFFFFFFFFFFFFFFF", 0x1FFF}};
     for (const auto& each : cases) {
-        UseDialog(window_, kCommandGoTo, kPromptDialog, [&](const Dialog& dialog) {
+        UseDialog(window_, Command::GoTo, kPromptDialog, [&](const Dialog& dialog) {
             dialog.SetText(kAnswer, each.typed);
             dialog.Key(VK_RETURN);
             EXPECT_TRUE(dialog.WaitForEnd());
         });
         EXPECT_EQ(window_.State().caret, each.caret);
     }
-    UseDialog(window_, kCommandGoTo, kPromptDialog, [&](const Dialog& dialog) {
+    UseDialog(window_, Command::GoTo, kPromptDialog, [&](const Dialog& dialog) {
         EXPECT_EQ(TextOf(dialog.window), text_("dialog.goto.title"));
         EXPECT_EQ(dialog.Text(3001), text_("dialog.goto.prompt"));
         EXPECT_EQ(dialog.Text(kAnswer), u"1FFF");
@@ -45,14 +45,14 @@ TEST_F(GoToTest, GoesToEveryFormOfAnOffset) {
 
 TEST_F(GoToTest, StaysWhereItIsForAnInvalidOrCancelledAnswer) {
     for (const char16_t* typed : {u"", u"0x", u"12G", u"1 2", u"10000000000000000"}) {
-        UseDialog(window_, kCommandGoTo, kPromptDialog, [&](const Dialog& dialog) {
+        UseDialog(window_, Command::GoTo, kPromptDialog, [&](const Dialog& dialog) {
             dialog.SetText(kAnswer, typed);
             dialog.Press(IDOK);
             EXPECT_EQ(TakeBox(), text_("error.goto_invalid") + u"|" + text_("dialog.goto.title"));
         });
     }
     for (const bool byKey : {true, false}) {
-        UseDialog(window_, kCommandGoTo, kPromptDialog, [&](const Dialog& dialog) {
+        UseDialog(window_, Command::GoTo, kPromptDialog, [&](const Dialog& dialog) {
             dialog.SetText(kAnswer, u"12");
             byKey ? dialog.Key(VK_ESCAPE) : dialog.Press(IDCANCEL);
             EXPECT_TRUE(dialog.WaitForEnd());

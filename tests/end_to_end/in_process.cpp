@@ -79,9 +79,9 @@ void InProcessWindow::Pump() {
         app_->ProcessMessage(message);
 }
 
-void InProcessWindow::Run(UINT command) {
-    ::SendMessageW(app_->MainWindow(), WM_COMMAND, command, 0);
-    Used(CommandUse(command));
+void InProcessWindow::Run(Command command) {
+    ::SendMessageW(app_->MainWindow(), WM_COMMAND, CommandId(command), 0);
+    Used(CommandUse(CommandId(command)));
     Pump();
 }
 
@@ -109,10 +109,10 @@ std::vector<ShownItem> InProcessWindow::Menu() const {
     return ItemsOf(::GetMenu(app_->MainWindow()));
 }
 
-const ShownItem* InProcessWindow::Find(const std::vector<ShownItem>& items, UINT id) {
+const ShownItem* InProcessWindow::Find(const std::vector<ShownItem>& items, Command command) {
     for (const ShownItem& item : items) {
-        if (item.id == id) return &item;
-        if (const ShownItem* found = Find(item.children, id)) return found;
+        if (item.id == CommandId(command)) return &item;
+        if (const ShownItem* found = Find(item.children, command)) return found;
     }
     return nullptr;
 }

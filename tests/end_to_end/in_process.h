@@ -44,7 +44,7 @@ public:
     /// Dispatches what is waiting.
     void Pump();
     /// Each is done, with all that it posts, when the call returns.
-    void Run(UINT command);
+    void Run(Command command);
     void Key(WORD virtualKey, bool control = false);
     /// A notch of the wheel with Control.
     void Zoom(bool in);
@@ -55,7 +55,7 @@ public:
     /// The menu bar as it stands on the window.
     std::vector<ShownItem> Menu() const;
     /// The item with this command number anywhere in the menu bar; null when it is not offered.
-    static const ShownItem* Find(const std::vector<ShownItem>& items, UINT id);
+    static const ShownItem* Find(const std::vector<ShownItem>& items, Command command);
 
 private:
     std::unique_ptr<AppWindow> app_;

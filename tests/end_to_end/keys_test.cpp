@@ -66,7 +66,7 @@ TEST_F(KeysTest, EachMovementShowsItsOffset) {
 TEST_F(KeysTest, EachEditReachesTheFile) {
     std::string expected = KnownBytes(64);
     InProcessWindow window = Show(expected);
-    window.Run(kCommandToggleReadOnly);
+    window.Run(Command::ToggleReadOnly);
     window.Type("0123456789abcdefABCDEF");
     expected.replace(0, 11, "\x01\x23\x45\x67\x89\xAB\xCD\xEF\xAB\xCD\xEF");
     window.Key(VK_INSERT);
@@ -76,7 +76,7 @@ TEST_F(KeysTest, EachEditReachesTheFile) {
     window.Key(VK_DELETE);
     expected.erase(12, 2).insert(12, 1, '\x11');
     window.Type("11");
-    window.Run(kCommandSave);
+    window.Run(Command::Save);
     EXPECT_TRUE(FileEquals(path_, expected));
 }
 

@@ -30,7 +30,7 @@ protected:
         auto kivra = std::make_unique<KivraProcess>(program_, Quoted(path_));
         EXPECT_TRUE(kivra->WaitForWindow());
         EXPECT_TRUE(kivra->WaitForTitle(text_.Title(u"data.bin")));
-        kivra->Run(kCommandToggleReadOnly);
+        kivra->Run(Command::ToggleReadOnly);
         kivra->Key(VK_DELETE);
         EXPECT_TRUE(kivra->WaitForTitle(text_.Title(u"data.bin", true)));
         return kivra;
@@ -40,7 +40,7 @@ protected:
 
     /// Starts a save and returns as soon as its temporary file is there.
     void StartSave(const KivraProcess& kivra) const {
-        kivra.Post(kCommandSave);
+        kivra.Post(Command::Save);
         const auto end = std::chrono::steady_clock::now() + kPatience;
         while (!HasTempFile() && std::chrono::steady_clock::now() < end)
             std::this_thread::yield();

@@ -100,13 +100,14 @@ void KivraProcess::Type(std::string_view characters) const {
     }
 }
 
-void KivraProcess::Post(UINT command) const {
-    if (::PostMessageW(main_, WM_COMMAND, command, 0)) Used(CommandUse(command));
+void KivraProcess::Post(Command command) const {
+    if (::PostMessageW(main_, WM_COMMAND, CommandId(command), 0))
+        Used(CommandUse(CommandId(command)));
 }
 
-void KivraProcess::Run(UINT command) const {
-    if (::IsWindow(main_)) Used(CommandUse(command));
-    ::SendMessageW(main_, WM_COMMAND, command, 0);
+void KivraProcess::Run(Command command) const {
+    if (::IsWindow(main_)) Used(CommandUse(CommandId(command)));
+    ::SendMessageW(main_, WM_COMMAND, CommandId(command), 0);
 }
 
 bool KivraProcess::IsRunning() const {

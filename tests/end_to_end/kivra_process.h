@@ -3,6 +3,7 @@
 
 #include "foreign_window.h"
 
+#include "app/commands.h"
 #include "platform/win32/handle.h"
 #include "support/temp_folder.h"
 
@@ -62,9 +63,9 @@ public:
     void Key(WORD virtualKey) const;
     void Type(std::string_view characters) const;
     /// A command as the menu sends it, without waiting for it to be done.
-    void Post(UINT command) const;
+    void Post(Command command) const;
     /// A command, done when the call returns; must not show a modal box.
-    void Run(UINT command) const;
+    void Run(Command command) const;
     void RequestClose() const { ::PostMessageW(main_, WM_CLOSE, 0, 0); }
 
     bool IsRunning() const;
@@ -76,39 +77,6 @@ private:
     DWORD id_ = 0;
     HWND main_ = nullptr;
     HWND view_ = nullptr;
-};
-
-/// Numbers of the commands, as the menu sends them.
-enum CommandNumber : UINT {
-    kCommandOpen = 1001,
-    kCommandSave = 1002,
-    kCommandClose = 1003,
-    kCommandToggleReadOnly = 1004,
-    kCommandFind = 1005,
-    kCommandGoTo = 1006,
-    kCommandEncodingFirst = 1007,
-    kCommandEncodingLast = 1018,
-    kCommandFavoriteAdd = 1019,
-    kCommandFavoriteRemove = 1020,
-    kCommandFavoriteClear = 1021,
-    kCommandThemeLight = 1022,
-    kCommandThemeDarkBlue = 1023,
-    kCommandThemeBlack = 1024,
-    kCommandZoomOut = 1025,
-    kCommandZoomIn = 1026,
-    kCommandZoomReset = 1027,
-    kCommandFont = 1028,
-    kCommandDataInspector = 1029,
-    kCommandStructView = 1030,
-    kCommandToggleInspector = 1029,
-    kCommandToggleStructView = 1030,
-    kCommandExit = 1031,
-    kCommandSystem = 1032,
-    kCommandEnglish = 1033,
-    kCommandJapanese = 1034,
-    kCommandAbout = 1035,
-    kCommandFavoriteFirst = 1200,
-    kCommandRecentFirst = 4000,
 };
 
 /// `path` as one argument of a command line.

@@ -29,13 +29,13 @@ protected:
         return status + u"  " + text_("status.zoom") + u": 100%";
     }
 
-    static bool IsChecked(const InProcessWindow& window, UINT command) {
+    static bool IsChecked(const InProcessWindow& window, Command command) {
         const auto menu = window.Menu();
         const ShownItem* item = InProcessWindow::Find(menu, command);
         return item != nullptr && item->checked;
     }
 
-    static bool IsGrey(const InProcessWindow& window, UINT command) {
+    static bool IsGrey(const InProcessWindow& window, Command command) {
         const auto menu = window.Menu();
         const ShownItem* item = InProcessWindow::Find(menu, command);
         return item == nullptr || item->greyed;
@@ -48,17 +48,17 @@ protected:
 
 TEST_F(MainWindowTest, TheMenuFollowsTheDocumentAndTheChoices) {
     InProcessWindow window(program_);
-    EXPECT_TRUE(IsGrey(window, kCommandSave));
-    EXPECT_TRUE(IsGrey(window, kCommandClose));
-    EXPECT_EQ(InProcessWindow::Find(window.Menu(), kCommandRecentFirst), nullptr);
-    EXPECT_TRUE(IsChecked(window, kCommandToggleReadOnly));
-    EXPECT_TRUE(IsChecked(window, kCommandThemeDarkBlue));
+    EXPECT_TRUE(IsGrey(window, Command::Save));
+    EXPECT_TRUE(IsGrey(window, Command::Close));
+    EXPECT_EQ(InProcessWindow::Find(window.Menu(), Command::RecentFirst), nullptr);
+    EXPECT_TRUE(IsChecked(window, Command::ToggleReadOnly));
+    EXPECT_TRUE(IsChecked(window, Command::ThemeDarkBlue));
     EXPECT_EQ(window.Status(), text_("status.no_file"));
 
-    window.Run(kCommandThemeBlack);
-    EXPECT_FALSE(IsChecked(window, kCommandThemeDarkBlue));
-    EXPECT_TRUE(IsChecked(window, kCommandThemeBlack));
-    window.Run(kCommandJapanese);
+    window.Run(Command::ThemeBlack);
+    EXPECT_FALSE(IsChecked(window, Command::ThemeDarkBlue));
+    EXPECT_TRUE(IsChecked(window, Command::ThemeBlack));
+    window.Run(Command::LanguageJapanese);
     const ProgramTexts japanese(program_, UiLanguage::Japanese);
     EXPECT_EQ(window.Menu().front().text, japanese("menu.file"));
     EXPECT_EQ(window.Status(), japanese("status.no_file"));
@@ -70,13 +70,13 @@ TEST_F(MainWindowTest, TheStatusTextFollowsCaretModeAndChanges) {
     window.Key(VK_DOWN);
     window.Key(VK_RIGHT);
     EXPECT_EQ(window.Status(), Status(u"00000011", "status.readonly", false));
-    window.Run(kCommandToggleReadOnly);
-    EXPECT_FALSE(IsChecked(window, kCommandToggleReadOnly));
+    window.Run(Command::ToggleReadOnly);
+    EXPECT_FALSE(IsChecked(window, Command::ToggleReadOnly));
     EXPECT_EQ(window.Status(), Status(u"00000011", "status.mode.overwrite", false));
     window.Key(VK_INSERT);
     window.Type("41");
     EXPECT_EQ(window.Status(), Status(u"00000012", "status.mode.insert", true));
-    window.Run(kCommandSave);
+    window.Run(Command::Save);
     EXPECT_EQ(window.Status(), Status(u"00000012", "status.mode.insert", false));
 }
 
@@ -97,14 +97,15 @@ TEST_F(MainWindowTest, ManyRecentFilesContinueInASubmenu) {
     std::vector<UINT> first;
     std::vector<UINT> more;
     for (const ShownItem& item : file.children) {
-        if (item.id >= kCommandRecentFirst) first.push_back(item.id);
+        if (item.id >= CommandId(Command::RecentFirst)) first.push_back(item.id);
         for (const ShownItem& child : item.children)
             more.push_back(child.id);
     }
     EXPECT_EQ(first, (std::vector<UINT>{4000, 4001, 4002, 4003, 4004, 4005, 4006, 4007}));
     EXPECT_EQ(more, (std::vector<UINT>{4008, 4009, 4010, 4011, 4012, 4013, 4014, 4015}));
-    EXPECT_EQ(InProcessWindow::Find(menu, 4000)->text, u"1 " + files_.Path(u"a"));
-    EXPECT_EQ(InProcessWindow::Find(menu, 4015)->text, u"16 " + files_.Path(u"p"));
+    EXPECT_EQ(InProcessWindow::Find(menu, Command::RecentFirst)->text, u"1 " + files_.Path(u"a"));
+    EXPECT_EQ(InProcessWindow::Find(menu, Command::RecentFirst + 15)->text,
+              u"16 " + files_.Path(u"p"));
 }
 
 TEST_F(MainWindowTest, EachRecentFileOpensByItsNumberAndComesFirst) {
@@ -116,7 +117,7 @@ TEST_F(MainWindowTest, EachRecentFileOpensByItsNumberAndComesFirst) {
     for (UINT number = 0; number < kMaxRecentFiles; ++number) {
         auto& files = settings.recentFiles;
         std::rotate(files.begin(), files.begin() + number, files.begin() + number + 1);
-        window.Run(kCommandRecentFirst + number);
+        window.Run(Command::RecentFirst + number);
         EXPECT_EQ(TextOf(window.Main()),
                   text_.Title(std::filesystem::path(files[0]).filename().u16string()));
     }

@@ -57,7 +57,8 @@ static_assert(std::size(kSamples) == kTextEncodingCount);
 std::vector<UINT> CheckedEncodings(const std::vector<ShownItem>& items) {
     std::vector<UINT> ids;
     for (const ShownItem& item : items) {
-        if (item.checked && item.id >= kCommandEncodingFirst && item.id <= kCommandEncodingLast)
+        if (item.checked && item.id >= CommandId(Command::EncodingFirst) &&
+            item.id <= CommandId(Command::EncodingLast))
             ids.push_back(item.id);
         std::ranges::copy(CheckedEncodings(item.children), std::back_inserter(ids));
     }
@@ -100,9 +101,9 @@ TEST_F(MenuChoicesTest, EachEncodingIsShownInMenuStatusSettingsAndPicture) {
         const auto number = static_cast<UINT>(sample.encoding);
         const std::u16string name(EncodingDisplayName(sample.encoding));
         SCOPED_TRACE(number);
-        window.Run(kCommandEncodingFirst + number);
+        window.Run(Command::EncodingFirst + number);
         EXPECT_EQ(CheckedEncodings(window.Menu()),
-                  std::vector<UINT>{kCommandEncodingFirst + number});
+                  std::vector<UINT>{CommandId(Command::EncodingFirst + number)});
         EXPECT_NE(window.Status().find(text_("status.encoding") + u": " + name + u"  "),
                   std::u16string::npos);
         EXPECT_EQ(Stored().textEncoding, sample.encoding);
@@ -121,48 +122,48 @@ TEST_F(MenuChoicesTest, FavouriteEncodingsComeGoAndSurviveARestart) {
     {
         InProcessWindow window(program_);
         for (const UINT number : {8U, 4U, 11U, 1U}) {
-            window.Run(kCommandEncodingFirst + number);
-            window.Run(kCommandFavoriteAdd);
+            window.Run(Command::EncodingFirst + number);
+            window.Run(Command::FavoriteAdd);
         }
-        EXPECT_TRUE(InProcessWindow::Find(window.Menu(), kCommandFavoriteAdd)->greyed) << "full";
-        EXPECT_TRUE(InProcessWindow::Find(window.Menu(), kCommandFavoriteRemove)->greyed);
+        EXPECT_TRUE(InProcessWindow::Find(window.Menu(), Command::FavoriteAdd)->greyed) << "full";
+        EXPECT_TRUE(InProcessWindow::Find(window.Menu(), Command::FavoriteRemove)->greyed);
     }
     const std::string settings = program_.SettingsText();
     InProcessWindow window(program_);
     EXPECT_EQ(program_.SettingsText(), settings) << "a start writes nothing";
     const std::vector<ShownItem> menu = window.Menu();
-    EXPECT_EQ(InProcessWindow::Find(menu, kCommandFavoriteFirst)->text, u"\u2605 GBK");
-    EXPECT_EQ(InProcessWindow::Find(menu, kCommandFavoriteFirst + 2)->text,
+    EXPECT_EQ(InProcessWindow::Find(menu, Command::FavoriteFirst)->text, u"\u2605 GBK");
+    EXPECT_EQ(InProcessWindow::Find(menu, Command::FavoriteFirst + 2)->text,
               u"\u2605 ISCII (Devanagari)");
     const std::pair<UINT, UINT> favorites[] = {{0, 1015}, {2, 1018}, {1, 1011}};
     for (const auto& [index, encoding] : favorites) {
-        window.Run(kCommandFavoriteFirst + index);
+        window.Run(Command::FavoriteFirst + index);
         EXPECT_EQ(CheckedEncodings(window.Menu()), std::vector<UINT>{encoding});
     }
-    EXPECT_TRUE(InProcessWindow::Find(window.Menu(), kCommandFavoriteFirst + 1)->checked);
-    window.Run(kCommandFavoriteRemove);
-    EXPECT_EQ(InProcessWindow::Find(window.Menu(), kCommandFavoriteFirst + 2), nullptr);
-    EXPECT_FALSE(InProcessWindow::Find(window.Menu(), kCommandFavoriteAdd)->greyed);
-    window.Run(kCommandFavoriteClear);
-    EXPECT_EQ(InProcessWindow::Find(window.Menu(), kCommandFavoriteFirst), nullptr);
-    EXPECT_TRUE(InProcessWindow::Find(window.Menu(), kCommandFavoriteClear)->greyed);
+    EXPECT_TRUE(InProcessWindow::Find(window.Menu(), Command::FavoriteFirst + 1)->checked);
+    window.Run(Command::FavoriteRemove);
+    EXPECT_EQ(InProcessWindow::Find(window.Menu(), Command::FavoriteFirst + 2), nullptr);
+    EXPECT_FALSE(InProcessWindow::Find(window.Menu(), Command::FavoriteAdd)->greyed);
+    window.Run(Command::FavoriteClear);
+    EXPECT_EQ(InProcessWindow::Find(window.Menu(), Command::FavoriteFirst), nullptr);
+    EXPECT_TRUE(InProcessWindow::Find(window.Menu(), Command::FavoriteClear)->greyed);
 }
 
 TEST_F(MenuChoicesTest, EveryMenuTextChangesWithTheLanguageAndBack) {
     InProcessWindow window(program_);
     const std::vector<std::u16string> system = Captions(window.Menu());
-    window.Run(kCommandEnglish);
+    window.Run(Command::LanguageEnglish);
     const std::vector<std::u16string> english = Captions(window.Menu());
-    window.Run(kCommandJapanese);
+    window.Run(Command::LanguageJapanese);
     const std::vector<std::u16string> japanese = Captions(window.Menu());
     ASSERT_EQ(japanese.size(), english.size());
     for (std::size_t index = 0; index < english.size(); ++index) {
         EXPECT_NE(japanese[index], english[index]);
         EXPECT_EQ(english[index].find(u"menu."), std::u16string::npos) << "a key without a text";
     }
-    window.Run(kCommandEnglish);
+    window.Run(Command::LanguageEnglish);
     EXPECT_EQ(Captions(window.Menu()), english);
-    window.Run(kCommandSystem);
+    window.Run(Command::LanguageSystem);
     EXPECT_EQ(Captions(window.Menu()), system);
     EXPECT_EQ(Stored().uiLanguage, UiLanguage::System);
 }
@@ -170,19 +171,19 @@ TEST_F(MenuChoicesTest, EveryMenuTextChangesWithTheLanguageAndBack) {
 TEST_F(MenuChoicesTest, TheZoomStopsAtItsLimitsAndIsNotStored) {
     InProcessWindow window = ShowSamples();
     const std::string settings = program_.SettingsText();
-    const auto zoomAfter = [&](int times, UINT command) {
+    const auto zoomAfter = [&](int times, Command command) {
         while (times-- > 0)
             window.Run(command);
         return window.Status().substr(window.Status().rfind(u' ') + 1);
     };
-    EXPECT_EQ(zoomAfter(16, kCommandZoomIn), u"250%");
-    EXPECT_EQ(zoomAfter(1, kCommandZoomReset), u"100%");
-    EXPECT_EQ(zoomAfter(5, kCommandZoomOut), u"60%");
-    EXPECT_EQ(zoomAfter(1, kCommandZoomReset), u"100%");
+    EXPECT_EQ(zoomAfter(16, Command::ZoomIn), u"250%");
+    EXPECT_EQ(zoomAfter(1, Command::ZoomReset), u"100%");
+    EXPECT_EQ(zoomAfter(5, Command::ZoomOut), u"60%");
+    EXPECT_EQ(zoomAfter(1, Command::ZoomReset), u"100%");
     window.Zoom(true);
-    EXPECT_EQ(zoomAfter(0, kCommandZoomReset), u"110%");
+    EXPECT_EQ(zoomAfter(0, Command::ZoomReset), u"110%");
     window.Zoom(false);
-    EXPECT_EQ(zoomAfter(0, kCommandZoomReset), u"100%");
+    EXPECT_EQ(zoomAfter(0, Command::ZoomReset), u"100%");
     EXPECT_EQ(program_.SettingsText(), settings);
 }
 

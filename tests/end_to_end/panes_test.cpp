@@ -165,7 +165,7 @@ TEST_F(PanesTest, ClosingByTheUserIsRemembered) {
         const HWND inspector = WaitForPane(*kivra, kInspectorClass);
         ASSERT_NE(inspector, nullptr) << "it is there from the first start";
         EXPECT_FALSE(IsShown(*kivra, kStructViewClass));
-        kivra->Run(kCommandToggleStructView);
+        kivra->Run(Command::ToggleStructView);
         EXPECT_NE(WaitForPane(*kivra, kStructViewClass), nullptr);
         CloseByUser(inspector);
         EXPECT_TRUE(WaitForEnd(*kivra, kInspectorClass));
@@ -176,9 +176,9 @@ TEST_F(PanesTest, ClosingByTheUserIsRemembered) {
     const HWND structView = WaitForPane(*kivra, kStructViewClass);
     EXPECT_NE(structView, nullptr);
     EXPECT_FALSE(IsShown(*kivra, kInspectorClass));
-    kivra->Run(kCommandToggleInspector);
+    kivra->Run(Command::ToggleDataInspector);
     EXPECT_NE(WaitForPane(*kivra, kInspectorClass), nullptr);
-    kivra->Run(kCommandToggleInspector);
+    kivra->Run(Command::ToggleDataInspector);
     EXPECT_FALSE(IsShown(*kivra, kInspectorClass));
     CloseByUser(structView);
     EXPECT_TRUE(WaitForEnd(*kivra, kStructViewClass));
@@ -205,7 +205,7 @@ TEST_F(PanesTest, BothEndOnTheLastOfAThousandMoves) {
         members = CopiedList(structView);
         return members.ends_with(std::u16string(row, row + 5));
     })) << Utf16ToUtf8(members);
-    kivra->Run(kCommandClose);
+    kivra->Run(Command::Close);
     const std::u16string nothing = InspectorText({});
     EXPECT_EQ(WaitForList(inspector, nothing), nothing);
 }
@@ -214,7 +214,7 @@ TEST_F(PanesTest, ThemeAndLanguageReachBothPanes) {
     const auto kivra = Start(PaneSettings(true, true), "content");
     const HWND inspector = WaitForPane(*kivra, kInspectorClass);
     const HWND structView = WaitForPane(*kivra, kStructViewClass);
-    kivra->Run(kCommandJapanese);
+    kivra->Run(Command::LanguageJapanese);
     const ProgramTexts japanese(program_, UiLanguage::Japanese);
     EXPECT_EQ(TextOf(inspector), japanese("inspector.data.title"));
     EXPECT_EQ(TextOf(structView), japanese("structview.title"));
@@ -222,9 +222,9 @@ TEST_F(PanesTest, ThemeAndLanguageReachBothPanes) {
     // All of both on the screen, of which nothing beyond its edge can be read.
     ::MoveWindow(inspector, 0, 0, 320, 600, TRUE);
     ::MoveWindow(kivra->MainWindow(), 540, 30, 420, 600, TRUE);
-    const std::pair<UINT, Theme> themes[] = {{kCommandThemeLight, Theme::Light},
-                                             {kCommandThemeBlack, Theme::Black},
-                                             {kCommandThemeDarkBlue, Theme::DarkBlue}};
+    const std::pair<Command, Theme> themes[] = {{Command::ThemeLight, Theme::Light},
+                                                {Command::ThemeBlack, Theme::Black},
+                                                {Command::ThemeDarkBlue, Theme::DarkBlue}};
     for (const auto& [command, theme] : themes) {
         kivra->Run(command);
         const PaneColors colors = PaneColorsOf(theme);
@@ -233,7 +233,7 @@ TEST_F(PanesTest, ThemeAndLanguageReachBothPanes) {
                 const Picture picture = ClientPicture(pane);
                 return picture.Count(colors.background) > 20'000 &&
                        picture.Count(colors.headerBand) > 5'000;
-            })) << command;
+            })) << CommandId(command);
         }
     }
 }

@@ -33,12 +33,12 @@ TEST(RecentFilesTest, AnOpenedFileIsOfferedByTheNextRun) {
 
     KivraProcess kivra(program, L"");
     ASSERT_TRUE(kivra.WaitForWindow());
-    kivra.Run(kCommandRecentFirst + 1);
+    kivra.Run(Command::RecentFirst + 1);
     EXPECT_TRUE(kivra.WaitForTitle(text.Title(u"first.bin")));
     EXPECT_EQ(SettingsOf(program).recentFiles, (std::vector<std::u16string>{first, second}));
-    kivra.Run(kCommandRecentFirst + 2); // beyond the list
+    kivra.Run(Command::RecentFirst + 2); // beyond the list
     EXPECT_EQ(kivra.Title(), text.Title(u"first.bin"));
-    kivra.Run(kCommandClose);
+    kivra.Run(Command::Close);
     EXPECT_TRUE(kivra.WaitForTitle(text("app.title")));
 }
 
@@ -52,10 +52,10 @@ TEST(RecentFilesTest, ARelativePathMeansTheSameFileAfterTheOpenDialog) {
     KivraProcess kivra(program, L"near.bin", here.Root());
     ASSERT_TRUE(kivra.WaitForWindow());
     ASSERT_TRUE(kivra.WaitForTitle(text.Title(u"near.bin")));
-    kivra.Post(kCommandOpen);
+    kivra.Post(Command::Open);
     ASSERT_TRUE(ChooseInFileDialog(kivra.Id(), (elsewhere.Root() / "far.bin").wstring()));
     ASSERT_TRUE(kivra.WaitForTitle(text.Title(u"far.bin")));
-    kivra.Post(kCommandRecentFirst + 1);
+    kivra.Post(Command::RecentFirst + 1);
     EXPECT_TRUE(kivra.WaitForTitle(text.Title(u"near.bin")));
 }
 
@@ -64,8 +64,8 @@ TEST(RecentFilesTest, ThemeAndLanguageSurviveARestart) {
     {
         KivraProcess kivra(program, L"");
         ASSERT_TRUE(kivra.WaitForWindow());
-        kivra.Run(kCommandThemeLight);
-        kivra.Run(kCommandJapanese);
+        kivra.Run(Command::ThemeLight);
+        kivra.Run(Command::LanguageJapanese);
         kivra.RequestClose();
         ASSERT_EQ(kivra.WaitForExit(), 0);
     }

@@ -38,24 +38,24 @@ protected:
 TEST_F(RefusalsTest, WithoutAFixedWidthFontThereIsNoneToChoose) {
     const InProcessWindow window(program_);
     const ReplacedImport fonts(__imp_EnumFontFamiliesExW, NoFonts);
-    UseDialog(window, kCommandFont, kBox, [&](const Dialog&) {
+    UseDialog(window, Command::Font, kBox, [&](const Dialog&) {
         EXPECT_EQ(TakeBox(), text_("error.font_not_monospace") + u"|" + text_("app.title"));
     });
 }
 
 TEST_F(RefusalsTest, AShortageOfMemoryIsToldOfAndLosesNothing) {
     InProcessWindow window(program_, files_.Write(u"data.bin", "content"));
-    window.Run(kCommandToggleReadOnly);
+    window.Run(Command::ToggleReadOnly);
     window.Type("41");
     const std::u16string status = window.Status();
     {
         const ReplacedImport fonts(__imp_EnumFontFamiliesExW, NoMemory);
-        UseDialog(window, kCommandFont, kBox, [&](const Dialog&) {
+        UseDialog(window, Command::Font, kBox, [&](const Dialog&) {
             EXPECT_TRUE(TakeBox().starts_with(u"The last action could not be finished"));
         });
     }
     EXPECT_EQ(window.Status(), status);
-    window.Run(kCommandSave);
+    window.Run(Command::Save);
     EXPECT_EQ(files_.Read(u"data.bin"), "Aontent");
 }
 

@@ -41,7 +41,7 @@ protected:
     }
 
     void Search(const std::function<void(const Dialog& dialog)>& user) {
-        UseDialog(*window_, kCommandFind, kSearchDialog, user);
+        UseDialog(*window_, Command::Find, kSearchDialog, user);
     }
 
     static void Count(const Dialog& dialog, int button, const char* outcome) {
@@ -111,8 +111,8 @@ TEST_F(SearchDialogTest, FindsEveryHitOfALargeFileInBothDirections) {
 
 TEST_F(SearchDialogTest, TakesNoLongerQueryThanItsTypeAllows) {
     window_ = std::make_unique<InProcessWindow>(program_, files_.Write(u"data.bin", "content"));
-    constexpr UINT kUtf16Le = kCommandEncodingFirst + 2;
-    const std::pair<UINT, LRESULT> cases[] = {{kCommandEncodingFirst, 4096}, {kUtf16Le, 2048}};
+    constexpr Command kUtf16Le = Command::EncodingFirst + 2;
+    const std::pair<Command, LRESULT> cases[] = {{Command::EncodingFirst, 4096}, {kUtf16Le, 2048}};
     for (const auto& [encoding, textLimit] : cases) {
         window_->Run(encoding);
         Search([&, limit = textLimit](const Dialog& dialog) {

@@ -72,13 +72,13 @@ TEST_F(StartTest, ShowsTheFileInTheColoursOfEachTheme) {
     ASSERT_TRUE(kivra.Keys().TakeForeground());
 
     struct Row {
-        UINT command;
+        Command command;
         std::uint32_t background;
         std::uint32_t text;
     };
-    for (const Row& row : {Row{kCommandThemeLight, 0xF6F4EF, 0x202020},
-                           Row{kCommandThemeDarkBlue, 0x0D1B2A, 0xE6EDF3},
-                           Row{kCommandThemeBlack, 0x111111, 0xF3F3F3}}) {
+    for (const Row& row : {Row{Command::ThemeLight, 0xF6F4EF, 0x202020},
+                           Row{Command::ThemeDarkBlue, 0x0D1B2A, 0xE6EDF3},
+                           Row{Command::ThemeBlack, 0x111111, 0xF3F3F3}}) {
         kivra.Run(row.command);
         // Letters are drawn with soft edges, yet some pixel of a page of digits is all text.
         EXPECT_TRUE(WaitUntil([&] {
@@ -86,7 +86,7 @@ TEST_F(StartTest, ShowsTheFileInTheColoursOfEachTheme) {
             return picture.Count(row.background) > picture.pixels.size() / 2 &&
                    picture.Count(row.text) > 100;
         })) << "theme command "
-            << row.command;
+            << CommandId(row.command);
     }
 }
 
