@@ -123,9 +123,11 @@ TEST_F(ListModelTest, MovesTheSelectionIntoSight) {
     EXPECT_EQ(list.SelectedRow(), std::nullopt);
     list.OnKey(ListKey::Down);
     EXPECT_EQ(list.SelectedRow(), 0U);
+    list.OnKey(ListKey::Down);
     list.SetRowCount(2);
-    EXPECT_EQ(list.OnPress({50, 96 + 64}), ListEffect::None); // below the rows
-    EXPECT_EQ(list.OnPress({50, 80}), ListEffect::None);      // on a caption
+    // Below the rows, on a caption, beside the list.
+    for (const PanePoint point : {PanePoint{50, 96 + 64}, {50, 80}, {-1, 100}, {400, 100}})
+        EXPECT_EQ(list.OnPress(point), ListEffect::None) << point.x << ", " << point.y;
     list.SetRowCount(0);
     EXPECT_EQ(list.OnKey(ListKey::Down), ListEffect::None);
 }
