@@ -39,6 +39,17 @@ TEST(EditIndex, StaysSoundWhileItGrowsToThousandsOfRunsAndShrinksAgain) {
     EXPECT_EQ(file.Records(), "D0+9000");
 }
 
+TEST(EditIndex, ALongRunInsertedInItsMiddleIsOnePiece) {
+    for (const std::size_t behind : {std::size_t{0}, std::size_t{1}}) {
+        EditedFile file(Pattern(100));
+        for (std::size_t done = 0; done < 3000; ++done)
+            file.Insert(50 + done / 2 + (done > 1 ? behind : 0),
+                        std::string(1, static_cast<char>(done)));
+        Compare(file);
+        EXPECT_EQ(file.Records(), "I50+3000");
+    }
+}
+
 TEST(EditIndex, WorksAtTheTopOfTheAddressRange) {
     constexpr std::uint64_t kSize = ~std::uint64_t{0} - 1000;
     EditIndex edits;

@@ -125,6 +125,12 @@ TEST(EditableDocument, OfAFileThatShrankEndsAtTheFirstMissingByte) {
     EXPECT_EQ(Read(file, 8, 1), "");
     EXPECT_EQ(Read(file, 9, 1), "!") << "an inserted byte needs no file";
     EXPECT_FALSE(file.document.OverwriteByte(8, 'x'));
+
+    EditedFile larger(Pattern(40'000)); // than what one block needs beside it
+    larger.Insert(39'000, "x");
+    std::filesystem::resize_file(larger.document.GetPath(), 5'000);
+    Bytes target(40'001);
+    EXPECT_EQ(larger.document.ReadInto(0, target), 5'000U);
 }
 
 TEST(EditableDocument, OfAFileThatCannotBeReadShowsNothingPastTheFailure) {
