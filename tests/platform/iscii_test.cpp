@@ -46,7 +46,8 @@ TEST(Iscii, ReadsAndWritesTheCharactersOfTheStandard) {
         EXPECT_EQ(EncodeIscii(row.text), row.bytes) << row.what;
     }
     EXPECT_EQ(DecodeIscii(Bytes{0xEF, 0x42, 0xB3, 0xEF, 0x30, 0xB4}), u"\u0915\u0916");
-    EXPECT_EQ(EncodeIscii(u"\u0915\u093C"), (Bytes{0xB3, 0xE9})) << "a letter and its nukta";
+    EXPECT_EQ(EncodeIscii(u"\u0915\u093C\u092B\u093C"), (Bytes{0xB3, 0xE9, 0xC9, 0xE9}))
+        << "letters and their nuktas";
 }
 
 TEST(Iscii, RefusesWhatMeansNothingAndWhatWouldReadAsSomethingElse) {
