@@ -119,6 +119,22 @@ TEST(RowDecoder, DecodesRandomRowsByTheRulesOneByOneAndPageByPage) {
     }
 }
 
+TEST(RowDecoder, DecodesRowsInAnyOrderAlsoOutsideOfThePage) {
+    std::mt19937 random(3);
+    MemoryDocument document(Bytes(6000, 0xB0));
+    for (std::size_t at = 700; at < 6000; at += 1401)
+        document.bytes[at] = 'a';
+    for (const TextEncoding encoding : kAll) {
+        RowDecoder page(&document, encoding, 5000, 500);
+        for (int row = 0; row < 100; ++row) {
+            const std::size_t start = random() % 5990;
+            ASSERT_EQ(page.Decode(start, ByteView(document.bytes).subspan(start, 9)),
+                      model::CellsInDocument(document.bytes, start, 9, encoding))
+                << NameOf(encoding) << " at " << start;
+        }
+    }
+}
+
 /// The bytes of all characters that show the same in a row alone and in one that begins anywhere
 /// inside of them: marks and what can be mistaken for the start of a pair do not.
 std::vector<Bytes> PlainCharacters(TextEncoding encoding) {
