@@ -1,44 +1,16 @@
 // Files dropped on the real window, and the processes that it starts for them.
 #include "file_bytes.h"
+#include "file_drop.h"
 #include "kivra_process.h"
 #include "program_texts.h"
 #include "waiting.h"
 
 #include <gtest/gtest.h>
 
-#include <shellapi.h>
-#include <shlobj.h>
-
 #include <algorithm>
-#include <cstring>
 
 namespace kvx::test {
 namespace {
-
-/// Sends a drop of `paths`. A memory handle of this process means nothing to the other one, so the
-/// list is put at an address there: an address stands for a fixed block of memory.
-bool Drop(const KivraProcess& kivra, const std::vector<std::filesystem::path>& paths) {
-    std::wstring names;
-    for (const auto& path : paths)
-        names += path.wstring() + L'\0';
-    names += L'\0';
-    DROPFILES header{};
-    header.pFiles = sizeof header;
-    header.fWide = TRUE;
-    std::string block(sizeof header + names.size() * sizeof(wchar_t), '\0');
-    std::memcpy(block.data(), &header, sizeof header);
-    std::memcpy(block.data() + sizeof header, names.data(), names.size() * sizeof(wchar_t));
-
-    const UniqueKernelHandle process(
-        ::OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_WRITE, FALSE, kivra.Id()));
-    void* const place = ::VirtualAllocEx(process.Get(), nullptr, block.size(),
-                                         MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE);
-    if (place == nullptr ||
-        ::WriteProcessMemory(process.Get(), place, block.data(), block.size(), nullptr) == FALSE)
-        return false;
-    ::PostMessageW(kivra.MainWindow(), WM_DROPFILES, reinterpret_cast<WPARAM>(place), 0);
-    return true;
-}
 
 /// The running programs of one program folder, by their main windows.
 struct MainWindows {
@@ -101,7 +73,7 @@ protected:
 TEST_F(DropTest, ThreeFilesOnAnEmptyWindowGiveOneDocumentHereAndTwoNewProcesses) {
     KivraProcess kivra(program_, L"");
     ASSERT_TRUE(kivra.WaitForWindow());
-    ASSERT_TRUE(Drop(kivra, {File("a.bin"), File("b b.bin"), File("c.bin")}));
+    const FileDrop drop(kivra, {File("a.bin"), File("b b.bin"), File("c.bin")});
     EXPECT_TRUE(kivra.WaitForTitle(text_.Title(u"a.bin")));
     const std::vector<std::u16string> expected{text_.Title(u"a.bin"), text_.Title(u"b b.bin"),
                                                text_.Title(u"c.bin")};
@@ -112,7 +84,7 @@ TEST_F(DropTest, AnOpenDocumentIsNeverReplaced) {
     KivraProcess kivra(program_, Quoted(File("open.bin")));
     ASSERT_TRUE(kivra.WaitForWindow());
     ASSERT_TRUE(kivra.WaitForTitle(text_.Title(u"open.bin")));
-    ASSERT_TRUE(Drop(kivra, {File("dropped.bin")}));
+    const FileDrop drop(kivra, {File("dropped.bin")});
     const std::vector<std::u16string> expected{text_.Title(u"dropped.bin"),
                                                text_.Title(u"open.bin")};
     EXPECT_TRUE(WaitUntil([&] { return Titles() == expected; }));
@@ -123,7 +95,7 @@ TEST_F(DropTest, AFileThatGetsNoProcessOfItsOwnIsToldOf) {
     KivraProcess kivra(program_, Quoted(File("open.bin")));
     ASSERT_TRUE(kivra.WaitForWindow());
     std::filesystem::rename(program_.Program(), program_.Folder() / "renamed.exe");
-    ASSERT_TRUE(Drop(kivra, {File("dropped.bin")}));
+    const FileDrop drop(kivra, {File("dropped.bin")});
     const auto box = kivra.WaitForBox();
     ASSERT_TRUE(box);
     EXPECT_EQ(box->Text(), text_("error.open_new_instance_failed"));
@@ -134,7 +106,7 @@ TEST_F(DropTest, AFileThatGetsNoProcessOfItsOwnIsToldOf) {
 TEST_F(DropTest, AFileThatDoesNotOpenLeavesTheWindowToTheNextOne) {
     KivraProcess kivra(program_, L"");
     ASSERT_TRUE(kivra.WaitForWindow());
-    ASSERT_TRUE(Drop(kivra, {files_.Root() / "missing.bin", File("here.bin")}));
+    const FileDrop drop(kivra, {files_.Root() / "missing.bin", File("here.bin")});
     const auto box = kivra.WaitForBox();
     ASSERT_TRUE(box);
     EXPECT_EQ(box->Text(), text_("error.open_failed"));

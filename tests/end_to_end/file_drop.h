@@ -5,6 +5,7 @@
 
 #include <cstring>
 #include <filesystem>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -23,17 +24,16 @@ public:
         const std::string block = BlockOf(paths);
         place_ = ::VirtualAllocEx(process_.Get(), nullptr, block.size(), MEM_COMMIT | MEM_RESERVE,
                                   PAGE_READWRITE);
-        posted_ = place_ != nullptr &&
-                  ::WriteProcessMemory(process_.Get(), place_, block.data(), block.size(),
-                                       nullptr) != FALSE &&
-                  ::PostMessageW(kivra.MainWindow(), WM_DROPFILES, reinterpret_cast<WPARAM>(place_),
-                                 0) != FALSE;
+        if (place_ == nullptr ||
+            ::WriteProcessMemory(process_.Get(), place_, block.data(), block.size(), nullptr) ==
+                FALSE ||
+            ::PostMessageW(kivra.MainWindow(), WM_DROPFILES, reinterpret_cast<WPARAM>(place_), 0) ==
+                FALSE)
+            throw std::runtime_error("files cannot be dropped");
     }
     ~FileDrop() { ::VirtualFreeEx(process_.Get(), place_, 0, MEM_RELEASE); }
     FileDrop(const FileDrop&) = delete;
     FileDrop& operator=(const FileDrop&) = delete;
-
-    bool Posted() const { return posted_; }
 
 private:
     static std::string BlockOf(const std::vector<std::filesystem::path>& paths) {
@@ -52,7 +52,6 @@ private:
 
     UniqueKernelHandle process_;
     void* place_ = nullptr;
-    bool posted_ = false;
 };
 
 } // namespace kvx::test

@@ -169,9 +169,10 @@ std::string Soak::Place() const {
     text << "Seed " << seed_ << ", step " << steps_ << ". The last actions:\n";
     for (const std::string& action : last_)
         text << "  " << action << '\n';
-    text << "Windows:";
-    for (const wchar_t* name : {L"#32770", L"#32768", L"Kivra.MainWindow", L"Kivra.SearchDialog",
-                                L"Kivra.PromptDialog", L"Kivra.FontDialog", L"Kivra.AboutDialog"}) {
+    text << (::IsIconic(kivra_.MainWindow()) != FALSE ? "Minimised. " : "") << "Windows:";
+    for (const wchar_t* name :
+         {L"#32770", L"#32768", L"Kivra.MainWindow", L"Kivra.SearchDialog", L"Kivra.PromptDialog",
+          L"Kivra.FontDialog", L"Kivra.AboutDialog", kInspectorClass, kStructViewClass}) {
         for (const HWND window : WindowsOf(kivra_.Id(), name))
             text << " \"" << Utf16ToUtf8(TextOf(window)) << '"';
     }
@@ -183,12 +184,21 @@ void Soak::Kill() const {
     ::TerminateProcess(process.Get(), 1);
 }
 
-void Soak::DoEverythingOnce() {
-    for (std::size_t file = 0; file + 1 < model_.files.size(); ++file) {
+// The largest window needs the most memory for its picture.
+void Soak::DoEverythingTwice() {
+    for (std::size_t file = 0; file + 1 < model_.files.size(); ++file)
         Run({"open each", &Soak::Open, 0});
+    while (!allFonts_) {
+        Run({"choose each font", &Soak::ChooseFont, 0});
+        WaitUntilPainted();
     }
-    for (const Action& action : kActions)
-        Run(action);
+    ::ShowWindow(kivra_.MainWindow(), SW_SHOWMAXIMIZED);
+    WaitUntilPainted();
+    TakeUsualPlace();
+    for (int round = 0; round < 2; ++round) {
+        for (const Action& action : kActions)
+            Run(action);
+    }
 }
 
 void Soak::DoSomething() {
@@ -206,8 +216,10 @@ void Soak::Run(const Action& action) {
     ++steps_;
     last_.push_back(std::to_string(steps_) + ": " + action.name);
     if (last_.size() > kRemembered) last_.pop_front();
+    if (::IsIconic(kivra_.MainWindow()) != FALSE) TakeUsualPlace(); // the manager lagged even more
     (this->*action.run)();
     CheckShown();
+    if (OneIn(6)) WaitUntilPainted(); // which otherwise waits for a pause
 }
 
 void Soak::CheckShown() {
@@ -430,10 +442,17 @@ void Soak::TakeUsualPlace() const {
                  kUsualPlace.right - kUsualPlace.left, kUsualPlace.bottom - kUsualPlace.top, TRUE);
 }
 
+void Soak::WaitUntilPainted() const {
+    input_->Settle();
+    Require(WaitUntil([this] { return ::GetUpdateRect(View(), nullptr, FALSE) == FALSE; }),
+            "the view is painted");
+}
+
 void Soak::Minimize() {
     const HWND main = kivra_.MainWindow();
     ::ShowWindow(main, SW_MINIMIZE);
     Require(WaitUntil([&] { return ::IsIconic(main) != FALSE; }), "the window is minimised");
+    ::Sleep(200); // a window manager that lags behind would minimise it once more after the next
     ::ShowWindow(main, OneIn(6) ? SW_SHOWMAXIMIZED : SW_RESTORE);
     Require(WaitUntil([&] { return ::IsIconic(main) == FALSE; }), "the window is restored");
 }
@@ -510,13 +529,18 @@ void Soak::ChooseLanguage() {
     model_.language = static_cast<UiLanguage>(language);
 }
 
+// At first each family once.
 void Soak::ChooseFont() {
     Do(Command::Font);
     const Dialog dialog = DialogOf(L"Kivra.FontDialog");
-    for (const int list : {kFontFamilyId, kFontSizeId})
-        dialog.Select(list, static_cast<int>(Below(dialog.Items(list).size())));
+    const std::size_t families = dialog.Items(kFontFamilyId).size();
+    allFonts_ = ++fontsChosen_ >= families;
+    const std::size_t family = fontsChosen_ <= families ? fontsChosen_ - 1 : Below(families);
+    Note(family);
+    dialog.Select(kFontFamilyId, static_cast<int>(family));
+    dialog.Select(kFontSizeId, static_cast<int>(Below(dialog.Items(kFontSizeId).size())));
     if (OneIn(2)) dialog.Press(kFontBoldId);
-    End(dialog, OneIn(3) ? kCancelButtonId : kDefaultButtonId);
+    End(dialog, allFonts_ && OneIn(3) ? kCancelButtonId : kDefaultButtonId);
     pageRows_.reset();
 }
 
@@ -711,7 +735,7 @@ void Soak::OpenFile(std::size_t file) {
         Note("by dialog");
         Do(Command::Open);
         if (!ConfirmChanges()) return;
-        Require(ChooseInFileDialog(kivra_.Id(), PathOf(file).wstring()), "a file can be chosen");
+        ChooseFile(PathOf(file));
     } else {
         Note("dropped");
         Close();
@@ -725,8 +749,12 @@ void Soak::OpenFile(std::size_t file) {
 
 void Soak::DropFile(const std::filesystem::path& path) {
     const FileDrop drop(kivra_, {path});
-    Require(drop.Posted(), "files can be dropped");
     input_->Settle();
+}
+
+void Soak::ChooseFile(const std::filesystem::path& path) {
+    Require(ChooseInFileDialog(kivra_.Id(), path.wstring()), "a file can be chosen");
+    ++done_.fileDialogs;
 }
 
 void Soak::OpenMissing() {
@@ -776,7 +804,8 @@ HWND Soak::Pane(const wchar_t* className) const {
 void Soak::SetPane(const wchar_t* className, Command command, bool& shown) {
     Do(command);
     shown = !shown;
-    Require(IsShown(kivra_, className) == shown, "the pane is shown or not as chosen");
+    Require(WaitUntil([&] { return IsShown(kivra_, className) == shown; }),
+            "the pane is shown or not as chosen");
 }
 
 void Soak::TogglePane() {
@@ -888,7 +917,7 @@ void Soak::ChangePattern() {
         click(kStructViewReloadCommand);
     } else {
         click(kStructViewOpenCommand);
-        Require(ChooseInFileDialog(kivra_.Id(), patternFile_.wstring()), "a pattern can be chosen");
+        ChooseFile(patternFile_);
         input_->Settle();
         model_.pattern = model_.pattern || valid;
     }
@@ -942,7 +971,10 @@ ProcessResources Soak::ResourcesAtRest() {
     model_.favorites.clear();
     TakeUsualPlace();
     CheckShown();
-    return ResourcesOf(kivra_.Id());
+    WaitUntilPainted();
+    ProcessResources resources = ResourcesOf(kivra_.Id());
+    resources.fileDialogs = static_cast<std::uint64_t>(done_.fileDialogs);
+    return resources;
 }
 
 void Soak::Exit() {

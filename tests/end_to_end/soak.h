@@ -25,7 +25,8 @@ public:
     explicit Soak(std::uint32_t seed);
 
     // Each throws std::runtime_error at the first difference between program and model.
-    void DoEverythingOnce();
+    /// Also what is done once only by the system, such as finding fonts.
+    void DoEverythingTwice();
     void DoSomething();
     /// Ends the program.
     void Exit();
@@ -41,6 +42,7 @@ public:
         int saves = 0; ///< with the bytes on disk compared afterwards
         int opened = 0;
         int searches = 0;
+        int fileDialogs = 0;
     };
     const Counts& Done() const { return done_; }
 
@@ -68,6 +70,7 @@ private:
     // The main window.
     void MoveWindow();
     void TakeUsualPlace() const;
+    void WaitUntilPainted() const;
     void Minimize();
     // Choices.
     void ToggleReadOnly();
@@ -127,6 +130,7 @@ private:
     void ExpectSaved();
     void OpenFile(std::size_t file);
     void DropFile(const std::filesystem::path& path);
+    void ChooseFile(const std::filesystem::path& path);
     void MoveByPage(bool down);
     std::uint64_t ShownOffset() const;
     void SearchOnce(const Dialog& dialog);
@@ -148,6 +152,8 @@ private:
     RECT pageArea_{};                       ///< the view's client area at that time
     std::u16string warning_;                ///< of the last edit that was refused
     std::uint64_t warnedAt_ = 0;            ///< its tick
+    std::size_t fontsChosen_ = 0;
+    bool allFonts_ = false; ///< each was chosen once
     std::atomic<std::uint64_t> steps_ = 0;
     std::deque<std::string> last_;
     Counts done_;
