@@ -9,6 +9,12 @@
 
 namespace kvx::test {
 
+/// wParam of a message about one notch of the wheel.
+inline WPARAM WheelNotch(bool away, WORD keys = 0) {
+    const int delta = away ? WHEEL_DELTA : -WHEEL_DELTA;
+    return MAKEWPARAM(keys, delta);
+}
+
 /// Every function throws std::runtime_error when the program does not answer in time.
 class PostedInput {
 public:

@@ -25,7 +25,8 @@ public:
     explicit Soak(std::uint32_t seed);
 
     // Each throws std::runtime_error at the first difference between program and model.
-    /// Also what is done once only by the system, such as finding fonts.
+    /// And opens each file and chooses each font: of much the system keeps something after the
+    /// first time.
     void DoEverythingTwice();
     void DoSomething();
     /// Ends the program.
@@ -39,7 +40,8 @@ public:
     std::uint64_t Steps() const { return steps_; }
 
     struct Counts {
-        int saves = 0; ///< with the bytes on disk compared afterwards
+        int saves = 0;   ///< with the bytes on disk compared afterwards
+        int inPlace = 0; ///< of these, those that wrote into the file itself
         int opened = 0;
         int searches = 0;
         int fileDialogs = 0;
@@ -57,7 +59,7 @@ private:
     };
     static const Action kActions[];
 
-    // The hex view.
+    // The hex view: soak_view.cpp.
     void TypeDigits();
     void Move();
     void ToggleInserting();
@@ -67,12 +69,11 @@ private:
     void Click();
     void Wheel();
     void Scroll();
-    // The main window.
+    // The main window and its choices: soak_choices.cpp.
     void MoveWindow();
     void TakeUsualPlace() const;
     void WaitUntilPainted() const;
     void Minimize();
-    // Choices.
     void ToggleReadOnly();
     void ChooseEncoding();
     void ChangeFavorites();
@@ -81,11 +82,11 @@ private:
     void ChooseLanguage();
     void ChooseFont();
     void ShowAbout();
-    // Places in the document.
+    // Places in the document: soak_search.cpp.
     void GoTo();
     void Search();
     void CancelLongSearch();
-    // Files.
+    // Files: soak_files.cpp.
     void Save();
     void SaveWhileHeld();
     void Close();
@@ -93,7 +94,7 @@ private:
     void OpenMissing();
     void DropOnOpenDocument();
     void RefuseToEnd();
-    // Panes.
+    // Panes: soak_panes.cpp.
     void TogglePane();
     void ClosePane();
     void UsePane();
@@ -107,8 +108,14 @@ private:
     void CheckShown();
     bool ShowsWarning() const;
     void ExpectWarning();
+    /// Adds to what is told of the action that runs.
     template <typename... Parts>
-    void Note(const Parts&... parts);
+    void Note(const Parts&... parts) {
+        std::ostringstream text;
+        text << ' ';
+        (text << ... << parts);
+        last_.back() += text.str();
+    }
     [[noreturn]] void Differ(std::string_view what, const std::u16string& shown,
                              const std::u16string& expected) const;
     void Expect(std::string_view what, const std::u16string& shown,

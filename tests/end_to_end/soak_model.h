@@ -9,7 +9,9 @@
 
 #include <array>
 #include <cstdint>
+#include <cstdio>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -29,6 +31,27 @@ inline Bytes ToBytes(const std::string& text) {
 
 inline std::string ToString(const Bytes& bytes) {
     return {bytes.begin(), bytes.end()};
+}
+
+inline std::u16string ToUtf16(const std::string& ascii) {
+    return {ascii.begin(), ascii.end()};
+}
+
+/// Two digits for each byte.
+inline std::u16string HexText(std::string_view bytes, const char* separator) {
+    std::string text;
+    char digits[3] = {};
+    for (const char byte : bytes) {
+        std::snprintf(digits, sizeof digits, "%02X", static_cast<unsigned char>(byte));
+        text += (text.empty() ? "" : separator) + std::string(digits);
+    }
+    return ToUtf16(text);
+}
+
+inline std::u16string Hex(std::uint64_t number) {
+    std::ostringstream text;
+    text << std::hex << std::uppercase << number;
+    return ToUtf16(text.str());
 }
 
 class SoakModel {

@@ -83,7 +83,8 @@ TEST(SoakTest, ShowsSavesAndHoldsWhatItShouldHoweverLongItIsUsed) {
     const Soak::Counts& done = soak.Done();
     std::cout << soak.Steps() << " steps in " << std::lround(taken) << " s, "
               << static_cast<double>(soak.Steps()) / taken << " a second: " << done.saves
-              << " saves compared, " << done.opened << " files opened, " << done.searches
+              << " saves compared (" << done.inPlace << " in place), " << done.opened
+              << " files opened, " << done.searches
               << " searches\nAt first: " << ToText(samples.front())
               << "\nAt last:  " << ToText(samples.back()) << '\n';
     if (HasFailure()) {
