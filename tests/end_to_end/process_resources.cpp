@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <sstream>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include <psapi.h>
@@ -93,7 +94,7 @@ void Read(HANDLE process, const void* address, void* into, std::size_t size) {
 }
 
 // Under Wine each process has a table of its own objects, whose address is in its own memory.
-std::uint64_t CountTabledGdiObjects(HANDLE process) {
+void CountTabledGdiObjects(HANDLE process, ProcessResources& resources) {
     PROCESS_BASIC_INFORMATION info{};
     ::NtQueryInformationProcess(process, ProcessBasicInformation, &info, sizeof info, nullptr);
     const auto* const peb = reinterpret_cast<const std::byte*>(info.PebBaseAddress);
@@ -101,13 +102,17 @@ std::uint64_t CountTabledGdiObjects(HANDLE process) {
     std::vector<GdiEntry> entries(kGdiTableEntries);
     Read(process, peb + kGdiTableInPeb, &table, sizeof table);
     Read(process, table, entries.data(), entries.size() * sizeof(GdiEntry));
-    return static_cast<std::uint64_t>(
-        std::ranges::count_if(entries, [](const GdiEntry& entry) { return entry.type != 0; }));
+    for (const GdiEntry& entry : entries) {
+        constexpr int kTools[] = {0x08, 0x0A, 0x10}; // palettes, fonts, pens and brushes
+        if (entry.type == 0) continue;
+        const bool tool = std::ranges::count(kTools, entry.type) != 0;
+        ++(tool ? resources.gdiObjects : resources.surfaces);
+    }
 }
 
-std::uint64_t CountGdiObjects(HANDLE process) {
-    const DWORD counted = ::GetGuiResources(process, GR_GDIOBJECTS);
-    return counted != 0 ? counted : CountTabledGdiObjects(process);
+void CountGdiObjects(HANDLE process, ProcessResources& resources) {
+    resources.gdiObjects = ::GetGuiResources(process, GR_GDIOBJECTS);
+    if (resources.gdiObjects == 0) CountTabledGdiObjects(process, resources);
 }
 
 // Menus are taken until no freed place is left in the table that all processes share: what follows
@@ -169,24 +174,42 @@ struct Kind {
 };
 
 // Between two states that look the same nothing has to grow; but the system may find at any time
-// that a device context, a handle or a block of memory is worth keeping. What leaks grows with the
-// run.
+// that a handle or a block of memory is worth keeping, and Wine keeps the device contexts of
+// windows, as many as were ever in use at a time. What leaks grows with the run.
 constexpr Kind kKinds[] = {
     {"GDI objects", &ProcessResources::gdiObjects, 3, false},
+    {"drawing surfaces", &ProcessResources::surfaces, 24, false},
     {"USER objects", &ProcessResources::userObjects, 1, true},
     {"windows", &ProcessResources::windows, 0, false},
     {"kernel handles", &ProcessResources::kernelHandles, 2, true},
     {"threads", &ProcessResources::threads, 0, false},
-    {"private bytes", &ProcessResources::privateBytes, std::uint64_t{4} << 20, false},
+    {"private bytes", &ProcessResources::privateBytes, std::uint64_t{16} << 20, false},
 };
+
+/// What memory may grow by from sample to sample most of the time. Caches grow in rare large steps;
+/// a leak grows all the time.
+constexpr std::uint64_t kUsualGrowth = std::uint64_t{16} << 10;
+
+std::uint64_t Median(std::vector<std::uint64_t> values) {
+    std::ranges::sort(values);
+    return values[values.size() / 2];
+}
 
 std::uint64_t Median(std::span<const ProcessResources> samples,
                      std::uint64_t ProcessResources::*value) {
     std::vector<std::uint64_t> values;
     for (const ProcessResources& sample : samples)
         values.push_back(sample.*value);
-    std::ranges::sort(values);
-    return values[values.size() / 2];
+    return Median(std::move(values));
+}
+
+std::uint64_t UsualMemoryGrowth(std::span<const ProcessResources> samples) {
+    std::vector<std::uint64_t> steps;
+    for (std::size_t i = 1; i < samples.size(); ++i) {
+        const std::uint64_t before = samples[i - 1].privateBytes;
+        steps.push_back(std::max(samples[i].privateBytes, before) - before);
+    }
+    return Median(std::move(steps));
 }
 
 } // namespace
@@ -196,7 +219,7 @@ ProcessResources ResourcesOf(DWORD processId) {
         ::OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, processId));
     if (!process) Fail("the process cannot be opened");
     ProcessResources resources;
-    resources.gdiObjects = CountGdiObjects(process.Get());
+    CountGdiObjects(process.Get(), resources);
     resources.userObjects = CountUserObjects(process.Get());
     resources.windows = CountWindows(processId);
     resources.kernelHandles = CountKernelHandles(processId);
@@ -223,9 +246,12 @@ std::string Growth(std::span<const ProcessResources> samples) {
         const std::uint64_t before = Median(middle, kind.value);
         const std::uint64_t after = Median(last, kind.value);
         const std::uint64_t lost = kind.lostByFileDialog && RunsUnderWine() ? dialogs : 0;
-        if (after > before + kind.bound + lost || after == 0)
+        const bool counted = after != 0 || kind.value == &ProcessResources::surfaces;
+        if (after > before + kind.bound + lost || !counted)
             text << kind.name << " from " << before << " to " << after << "; ";
     }
+    const std::uint64_t usual = UsualMemoryGrowth(samples.subspan(third));
+    if (usual > kUsualGrowth) text << "private bytes by " << usual << " again and again; ";
     return text.str();
 }
 

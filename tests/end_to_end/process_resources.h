@@ -12,7 +12,9 @@ namespace kvx::test {
 
 /// What a process holds at one moment.
 struct ProcessResources {
-    std::uint64_t gdiObjects = 0;    ///< pens, fonts, bitmaps, ...
+    std::uint64_t gdiObjects = 0;    ///< pens, brushes, fonts, ...
+    std::uint64_t surfaces = 0;      ///< device contexts, regions, bitmaps; among the GDI objects
+                                     ///< where the system does not tell them apart
     std::uint64_t userObjects = 0;   ///< windows, menus, ...; where the system does not count them
                                      ///< by process, those of all processes together
     std::uint64_t windows = 0;       ///< of any kind, shown or not
