@@ -143,6 +143,7 @@ void Soak::DoEverythingTwice() {
 }
 
 void Soak::DoSomething() {
+    if (!model_.open && !OneIn(4)) return Run({"open", &Soak::Open, 0}); // there is more to do then
     static const unsigned sum =
         std::accumulate(std::begin(kActions), std::end(kActions), 0U,
                         [](unsigned so_far, const Action& each) { return so_far + each.weight; });
