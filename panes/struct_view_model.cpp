@@ -38,16 +38,19 @@ std::uint64_t BytesLaidOver(const ResolvedStructInfo& entry) {
     return entry.size + std::min(extra, std::numeric_limits<std::uint64_t>::max() - entry.size);
 }
 
+/// What the rows show of the first `size` bytes from `start` on.
 std::vector<std::optional<Bytes>> ReadMembers(const IReadOnlyDocument& document,
-                                              std::uint64_t start,
+                                              std::uint64_t start, std::uint64_t size,
                                               const StructPatternFile& pattern) {
-    const std::uint64_t available = document.GetSize() - std::min(document.GetSize(), start);
+    const std::uint64_t left = document.GetSize() - std::min(document.GetSize(), start);
+    const std::uint64_t available = std::min(size, left);
     std::vector<std::optional<Bytes>> read;
     for (const ShownMember& member : ShownMembers(pattern)) {
         read.emplace_back();
         if (member.offset > available || member.size > available - member.offset) continue;
-        Bytes bytes = document.ReadBytes(start + member.offset, member.shown);
-        if (bytes.size() >= std::min(member.size, member.shown)) read.back() = std::move(bytes);
+        const std::uint64_t shown = std::min(member.shown, available - member.offset);
+        Bytes bytes = document.ReadBytes(start + member.offset, shown);
+        if (bytes.size() >= std::min(member.size, shown)) read.back() = std::move(bytes);
     }
     return read;
 }
@@ -118,7 +121,7 @@ std::optional<StructEvalRequest> StructViewModel::MakeRequest(const IReadOnlyDoc
     if (size <= kReadWholeBytes)
         request.bytes = document.ReadBytes(caretOffset, size);
     else
-        request.memberBytes = ReadMembers(document, caretOffset, *pattern_);
+        request.memberBytes = ReadMembers(document, caretOffset, size, *pattern_);
     return request;
 }
 

@@ -67,23 +67,30 @@ TEST_F(StructViewModelTest, ReadsSoMuchOfTheDocumentAsTheRowsMayShow) {
     EXPECT_EQ(bytesAsked("struct S { uint32_t length; char text[]; };"), 260U);
 }
 
+// A flexible array of an embedded struct shows no more than the entry struct holds.
 TEST_F(StructViewModelTest, ShowsALargeStructAsIfItHadBeenReadWhole) {
-    const std::string text =
-        "@entry S @member_align 4 struct Part { uint16_t kind; char name[70000]; };"
-        "struct S { uint8_t tag; struct Part part; char text[100]; double d;"
-        "uint32_t table[3]; char rest[]; };";
-    ASSERT_TRUE(model.Load(folder.Write(u"large.kvpat", text)));
+    const std::pair<std::string, std::uint64_t> patterns[] = {
+        {"struct Part { uint16_t kind; char name[70000]; };"
+         "struct S { uint8_t tag; struct Part part; char text[100]; double d;"
+         "uint32_t table[3]; char rest[]; };",
+         256},
+        {"struct Part { uint16_t kind; char rest[]; };"
+         "struct S { char name[70000]; struct Part part; uint32_t last; };",
+         0}};
     document.bytes.assign(70'500, 0x41);
-    for (const ByteArrayFormat format : {ByteArrayFormat::Hex, ByteArrayFormat::Ascii}) {
-        model.SetFormat({.byteArrayFormat = format});
-        // To the whole struct, one byte less of the document each time, and beyond its end.
-        for (std::uint64_t caret = 300; caret <= 70'501; caret += caret < 390 ? 1 : 4999) {
-            StructEvalRequest request = *model.MakeRequest(document, caret);
-            EXPECT_TRUE(request.bytes.empty());
-            const std::vector<StructViewRow> rows = EvaluateStruct(request);
-            request.memberBytes.clear();
-            request.bytes = document.ReadBytes(caret, 80'000);
-            ASSERT_EQ(rows, EvaluateStruct(request)) << caret;
+    for (const auto& [text, beyond] : patterns) {
+        ASSERT_TRUE(model.Load(folder.Write(u"large.kvpat", "@entry S @member_align 4 " + text)));
+        for (const ByteArrayFormat format : {ByteArrayFormat::Hex, ByteArrayFormat::Ascii}) {
+            model.SetFormat({.byteArrayFormat = format});
+            // To the whole struct, one byte less of the document each time, and beyond its end.
+            for (std::uint64_t caret = 300; caret <= 70'501; caret += caret < 510 ? 1 : 4999) {
+                StructEvalRequest request = *model.MakeRequest(document, caret);
+                EXPECT_TRUE(request.bytes.empty());
+                const std::vector<StructViewRow> rows = EvaluateStruct(request);
+                request.memberBytes.clear();
+                request.bytes = document.ReadBytes(caret, request.pattern->Entry()->size + beyond);
+                ASSERT_EQ(rows, EvaluateStruct(request)) << text << caret;
+            }
         }
     }
 }
