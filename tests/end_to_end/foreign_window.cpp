@@ -8,6 +8,7 @@
 #include <array>
 #include <cctype>
 #include <functional>
+#include <stdexcept>
 
 namespace kvx::test {
 namespace {
@@ -185,6 +186,13 @@ bool ChooseInFileDialog(DWORD processId, const std::wstring& path) {
 
 bool CancelFileDialog(DWORD processId) {
     return EndFileDialog(processId, IDCANCEL, [](HWND) {});
+}
+
+void ClearClipboard() {
+    if (!WaitUntil([] { return ::OpenClipboard(nullptr) != FALSE; }))
+        throw std::runtime_error("the clipboard stays closed");
+    ::EmptyClipboard();
+    ::CloseClipboard();
 }
 
 std::u16string ClipboardText() {

@@ -54,6 +54,8 @@ bool ChooseInFileDialog(DWORD processId, const std::wstring& path);
 /// The same with its Cancel button.
 bool CancelFileDialog(DWORD processId);
 
+/// Leaves nothing in the clipboard. Throws std::runtime_error when another program keeps it open.
+void ClearClipboard();
 /// What the clipboard holds as text; empty when it holds none.
 std::u16string ClipboardText();
 

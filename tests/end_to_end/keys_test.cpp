@@ -28,12 +28,6 @@ std::ostream& operator<<(std::ostream& out, const KeyRow& row) {
     return out << KeyName(row.key, row.control);
 }
 
-void EmptyClipboard() {
-    ::OpenClipboard(nullptr);
-    ::EmptyClipboard();
-    ::CloseClipboard();
-}
-
 class KeysTest : public testing::Test {
 protected:
     InProcessWindow Show(const std::string& bytes) const {
@@ -91,12 +85,12 @@ TEST_F(KeysTest, TheSelectionIsCopiedAndEnded) {
     mouse(WM_LBUTTONDOWN, 0);
     mouse(WM_MOUSEMOVE, 1);
     mouse(WM_LBUTTONUP, 1);
-    EmptyClipboard();
+    ClearClipboard();
     window.Key('C', true);
     EXPECT_EQ(ClipboardText(), u"01 FF");
     window.Key(VK_ESCAPE);
     EXPECT_FALSE(state.hasSelection);
-    EmptyClipboard();
+    ClearClipboard();
     window.Key('C', true);
     EXPECT_EQ(ClipboardText(), u"");
 }
@@ -175,7 +169,7 @@ TEST_F(PaneKeysTest, MoveTheSelectionScrollAndCopy) {
             EXPECT_EQ(Scroll(pane).nPos, position) << KeyName(key);
         }
         for (const WORD key : {WORD{'C'}, WORD{VK_INSERT}}) {
-            EmptyClipboard();
+            ClearClipboard();
             PressIn(pane, key, true);
             EXPECT_TRUE(ClipboardText().starts_with(text_(firstCaption) + u'\t')) << KeyName(key);
         }

@@ -66,9 +66,7 @@ inline bool IsActive(HWND pane) {
 
 /// The list of a pane as it copies it with Ctrl and a key; empty when it does not.
 inline std::u16string CopiedList(HWND pane, WORD key = 'C') {
-    if (::OpenClipboard(nullptr) == FALSE) return {};
-    ::EmptyClipboard();
-    ::CloseClipboard();
+    ClearClipboard();
     if (!IsActive(pane)) {
         ::SetForegroundWindow(pane);
         if (!WaitUntil([&] { return IsActive(pane); })) return u"not active";

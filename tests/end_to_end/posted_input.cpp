@@ -1,7 +1,6 @@
 #include "posted_input.h"
 
 #include "platform/win32/wide.h"
-#include "waiting.h"
 
 #include <algorithm>
 #include <array>
@@ -38,13 +37,6 @@ private:
 
     DWORD thread_;
 };
-
-void EmptyClipboard() {
-    if (!WaitUntil([] { return ::OpenClipboard(nullptr) != FALSE; }))
-        throw std::runtime_error("the clipboard stays closed");
-    ::EmptyClipboard();
-    ::CloseClipboard();
-}
 
 } // namespace
 
@@ -108,7 +100,7 @@ std::u16string PostedInput::Status() const {
 }
 
 std::u16string PostedInput::Copied(HWND window) const {
-    EmptyClipboard();
+    ClearClipboard();
     KeyWithControl(window, 'C');
     return ClipboardText();
 }

@@ -1,5 +1,5 @@
 // A person who does one random thing after the other with the real program and knows what it must
-// show and save. Everything depends on the seed alone.
+// show and save. The same start of the random numbers makes the same actions.
 #pragma once
 
 #include "dialog_user.h"
